@@ -1,0 +1,68 @@
+#include "base/locale.h"
+
+#include <unicode/locid.h>
+#include <unicode/unistr.h>
+
+#include <array>
+
+namespace corvandi
+{
+namespace
+{
+
+constexpr auto fallbackIdentifier = "en-US";
+
+QString environmentLocaleName()
+{
+    for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const QString value = qEnvironmentVariable(variable);
+        if (!value.isEmpty())
+            return value;
+    }
+    return {};
+}
+
+icu::Locale parse(const QString& bcp47)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    const QByteArray tag = bcp47.toUtf8();
+    return icu::Locale::forLanguageTag({tag.constData(), static_cast<int32_t>(tag.size())}, status);
+}
+
+} // namespace
+
+Locale Locale::current()
+{
+    QString name = environmentLocaleName();
+    name = name.section(QLatin1Char('.'), 0, 0).section(QLatin1Char('@'), 0, 0);
+    if (name.isEmpty() || name == QLatin1String("C") || name == QLatin1String("POSIX"))
+        return Locale(QLatin1String(fallbackIdentifier));
+    UErrorCode status = U_ZERO_ERROR;
+    const auto tag = icu::Locale(name.toUtf8().constData()).toLanguageTag<std::string>(status);
+    return Locale(U_SUCCESS(status) ? QString::fromStdString(tag) : QLatin1String(fallbackIdentifier));
+}
+
+std::optional<QString> Locale::languageCode() const
+{
+    const QString code = QString::fromLatin1(parse(bcp47_).getLanguage());
+    if (code.isEmpty())
+        return std::nullopt;
+    return code;
+}
+
+std::optional<QString> Locale::localizedString(const QString& identifier) const
+{
+    const icu::Locale named(identifier.toUtf8().constData());
+    // ICU answers an unknown language with its code and says so only through this status.
+    UErrorCode status = U_ZERO_ERROR;
+    std::array<UChar, 128> language{};
+    uloc_getDisplayLanguage(named.getName(), parse(bcp47_).getName(), language.data(),
+                            static_cast<int32_t>(language.size()), &status);
+    if (U_FAILURE(status) || status == U_USING_DEFAULT_WARNING)
+        return std::nullopt;
+    icu::UnicodeString name;
+    named.getDisplayName(parse(bcp47_), name);
+    return QString::fromUtf16(name.getBuffer(), name.length());
+}
+
+} // namespace corvandi

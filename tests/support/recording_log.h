@@ -1,0 +1,41 @@
+#pragma once
+
+#include "base/system_log.h"
+
+#include <mutex>
+#include <vector>
+
+namespace corvandi::testing
+{
+
+/// Keeps the lines that were logged.
+class RecordingLog : public SystemLog
+{
+public:
+    [[nodiscard]] std::vector<QString> lines() const
+    {
+        const std::lock_guard guard(mutex_);
+        return lines_;
+    }
+    [[nodiscard]] bool contains(const QString& part) const
+    {
+        for (const QString& line : lines()) {
+            if (line.contains(part))
+                return true;
+        }
+        return false;
+    }
+
+protected:
+    void writeLine(const QString& line) override
+    {
+        const std::lock_guard guard(mutex_);
+        lines_.push_back(line);
+    }
+
+private:
+    mutable std::mutex mutex_;
+    std::vector<QString> lines_;
+};
+
+} // namespace corvandi::testing
