@@ -1,0 +1,80 @@
+#pragma once
+
+#include "platform/event_tap.h"
+
+#include <optional>
+
+namespace corvandi::testing
+{
+
+/// A keyboard whose events the test sends, and whose taps can be refused.
+class FakeEventTaps : public EventTaps
+{
+public:
+    bool refusesTaps = false;
+    bool refusesNewChords = false;
+    int created = 0;
+    bool tapEnabled = false;
+    int enableCalls = 0;
+    /// The chord that the living tap watches; none without a tap.
+    std::optional<KeyChord> watched;
+
+    [[nodiscard]] std::unique_ptr<EventTap> create(const KeyChord& chord,
+                                                   EventTap::Callback callback) override
+    {
+        if (refusesTaps)
+            return nullptr;
+        ++created;
+        watched = chord;
+        callback_ = std::move(callback);
+        return std::make_unique<Tap>(*this);
+    }
+
+    /// Sends an event through the tap; what no tap sees is passed.
+    TapVerdict send(KeyEventType type, int64_t keyCode, uint64_t flags)
+    {
+        return callback_ ? callback_({type, keyCode, flags}) : TapVerdict::pass;
+    }
+    TapVerdict keyDown(int64_t keyCode, uint64_t flags)
+    {
+        return send(KeyEventType::keyDown, keyCode, flags);
+    }
+    TapVerdict keyUp(int64_t keyCode, uint64_t flags) { return send(KeyEventType::keyUp, keyCode, flags); }
+    TapVerdict flagsChanged(uint64_t flags) { return send(KeyEventType::flagsChanged, 58, flags); }
+
+private:
+    class Tap : public EventTap
+    {
+    public:
+        explicit Tap(FakeEventTaps& owner)
+            : owner_(owner)
+        {
+        }
+        ~Tap() override
+        {
+            owner_.callback_ = nullptr;
+            owner_.watched.reset();
+        }
+        void setEnabled(bool enabled) override
+        {
+            owner_.tapEnabled = enabled;
+            ++owner_.enableCalls;
+        }
+        bool watch(const KeyChord& chord) override
+        {
+            if (owner_.refusesNewChords) {
+                owner_.watched.reset();
+                return false;
+            }
+            owner_.watched = chord;
+            return true;
+        }
+
+    private:
+        FakeEventTaps& owner_;
+    };
+
+    EventTap::Callback callback_;
+};
+
+} // namespace corvandi::testing
