@@ -5,15 +5,13 @@
 #include <coroutine>
 #include <memory>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// `co_await sleepFor(queue, delay)` suspends the coroutine for `delay` of the queue's time. A
 /// coroutine that is destroyed while it sleeps is not resumed.
 ///
 /// Thread: main thread only.
-class SleepFor
-{
+class SleepFor {
 public:
     SleepFor(MainQueue& queue, MainQueue::Duration delay)
         : queue_(queue)
@@ -52,8 +50,7 @@ private:
 /// begins with it does nothing inside the call that created it.
 ///
 /// Thread: main thread only.
-class NextTurn
-{
+class NextTurn {
 public:
     explicit NextTurn(MainQueue& queue)
         : queue_(queue)

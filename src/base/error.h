@@ -4,13 +4,11 @@
 
 #include <exception>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// An operation's failure, with the sentence that describes it to a person. Errors of the program's
 /// own making carry the domain "Corvandi" and the code 1.
-class Error : public std::exception
-{
+class Error : public std::exception {
 public:
     explicit Error(QString description, QString domain = QStringLiteral("Corvandi"), int code = 1)
         : description_(std::move(description))

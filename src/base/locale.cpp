@@ -5,10 +5,8 @@
 
 #include <array>
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 constexpr auto fallbackIdentifier = "en-US";
 

@@ -4,12 +4,10 @@
 
 #include <optional>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// A language with, usually, a region, known by its BCP 47 identifier (such as "en-US").
-class Locale
-{
+class Locale {
 public:
     explicit Locale(QString bcp47)
         : bcp47_(std::move(bcp47))

@@ -4,12 +4,10 @@
 #include <functional>
 #include <memory>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// A repeating or one-shot timer. Destroying it cancels it; a callback never runs after that.
-class Timer
-{
+class Timer {
 public:
     virtual ~Timer() = default;
 };
@@ -18,8 +16,7 @@ public:
 /// they become due, one at a time, never inside the call that asked for them.
 ///
 /// Thread: `async` may be called from any thread, everything else from the main thread only.
-class MainQueue
-{
+class MainQueue {
 public:
     using Duration = std::chrono::nanoseconds;
 

@@ -6,8 +6,7 @@
 #include <optional>
 #include <utility>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// A result that several producers may try to deliver: the first one wins, later ones are ignored.
 /// Copies share the same slot. At most one coroutine awaits it (`co_await slot`); it is resumed inside
@@ -15,8 +14,7 @@ namespace corvandi
 ///
 /// Thread: main thread only.
 template<class T>
-class OneShot
-{
+class OneShot {
     struct State {
         std::optional<T> value;
         std::exception_ptr error;
@@ -77,7 +75,6 @@ private:
 };
 
 /// The value of a slot that only says that something has happened.
-struct Done {
-};
+struct Done {};
 
 } // namespace corvandi

@@ -1,12 +1,10 @@
 #pragma once
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// Something that was registered somewhere. Destroying it takes the registration back; its callback
 /// never runs after that.
-class Registration
-{
+class Registration {
 public:
     virtual ~Registration() = default;
 };

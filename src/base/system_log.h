@@ -2,14 +2,12 @@
 
 #include <QString>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// The system's log. Each message is one line that says what happened, never what the user dictated.
 ///
 /// Thread: any, except the audio thread.
-class SystemLog
-{
+class SystemLog {
 public:
     virtual ~SystemLog() = default;
 

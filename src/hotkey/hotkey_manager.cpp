@@ -4,10 +4,8 @@
 
 #include <limits>
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 uint16_t checkedKeyCode(int64_t code)
 {

@@ -7,8 +7,7 @@
 #include <functional>
 #include <memory>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// Turns the keyboard events of the session into two notifications: the hotkey went down, the hotkey
 /// was released. The events that make up the hotkey are swallowed, so that no application sees them;
@@ -19,8 +18,7 @@ namespace corvandi
 /// up. The key-up that follows in that case belongs to the application again.
 ///
 /// Thread: main thread only.
-class HotKeyManager
-{
+class HotKeyManager {
 public:
     HotKeyManager(EventTaps& taps, MainQueue& queue);
     ~HotKeyManager();

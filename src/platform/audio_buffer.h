@@ -6,8 +6,7 @@
 #include <variant>
 #include <vector>
 
-namespace corvandi
-{
+namespace corvandi {
 
 enum class SampleFormat { float32, int16 };
 
@@ -22,8 +21,7 @@ struct AudioFormat {
 };
 
 /// A piece of sound. A plain value: copying it copies the samples.
-class AudioBuffer
-{
+class AudioBuffer {
 public:
     /// Samples in full scale: -1...1 as float32, -32768...32767 as int16.
     using Samples = std::variant<std::vector<float>, std::vector<int16_t>>;

@@ -9,8 +9,7 @@
 #include <memory>
 #include <optional>
 
-namespace corvandi
-{
+namespace corvandi {
 
 enum class ConverterInputStatus { haveData, noDataNow, endOfStream };
 
@@ -33,8 +32,7 @@ struct Conversion {
 /// resampler's own delay.
 ///
 /// Thread: one at a time, any. Real-time safe but for the output buffer.
-class AudioConverter
-{
+class AudioConverter {
 public:
     using InputBlock = std::function<ConverterInput()>;
 
@@ -45,8 +43,7 @@ public:
     [[nodiscard]] virtual Conversion convert(uint32_t frameCapacity, const InputBlock& input) = 0;
 };
 
-class AudioConverters
-{
+class AudioConverters {
 public:
     virtual ~AudioConverters() = default;
 

@@ -7,8 +7,7 @@
 #include <cstdint>
 #include <functional>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// The microphone: an audio engine with one input node whose bus 0 is the default input device.
 ///
@@ -17,8 +16,7 @@ namespace corvandi
 /// When the device or the sound server goes away while running, the block simply isn't called any more
 /// and the adapter logs why; `removeTap` and `stop` still work, and a later `start` begins afresh. A
 /// device that delivers nothing for a second counts as gone.
-class AudioInput
-{
+class AudioInput {
 public:
     /// Called for each block of sound. Real-time rules: no waiting, no logging.
     using TapBlock = std::function<void(const AudioBuffer&)>;

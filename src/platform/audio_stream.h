@@ -7,15 +7,13 @@
 #include <mutex>
 #include <optional>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// A stream of sound from its writer (the capture side) to one reader (a speech engine's thread),
 /// unbounded, so that writing never waits.
 ///
 /// Thread: any for all operations.
-class AudioStream
-{
+class AudioStream {
 public:
     /// A buffer in its list node: made by the writer, so that handing it over allocates nothing.
     using Node = std::list<AudioBuffer>;

@@ -2,16 +2,14 @@
 
 #include <functional>
 
-namespace corvandi
-{
+namespace corvandi {
 
 enum class AuthorizationStatus { notDetermined = 0, restricted = 1, denied = 2, authorized = 3 };
 
 /// Whether this program may use the microphone.
 ///
 /// Thread: main thread only. Never blocks.
-class CaptureAuthorization
-{
+class CaptureAuthorization {
 public:
     virtual ~CaptureAuthorization() = default;
 

@@ -6,8 +6,7 @@
 #include <functional>
 #include <memory>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// What a tap reports. The numbers are those of the event source that the decision table was written
 /// for; values outside this list may occur and are passed on.
@@ -39,8 +38,7 @@ enum class TapVerdict { pass, swallow };
 /// A tap must never make the keyboard wait: not when this process is slow, stopped or killed.
 ///
 /// Thread: main thread only, the callback too.
-class EventTap
-{
+class EventTap {
 public:
     using Callback = std::function<TapVerdict(const KeyEvent&)>;
 
@@ -54,8 +52,7 @@ public:
 };
 
 /// The keyboard as something that can be tapped.
-class EventTaps
-{
+class EventTaps {
 public:
     virtual ~EventTaps() = default;
 

@@ -10,8 +10,7 @@
 #include <optional>
 #include <string>
 
-namespace corvandi
-{
+namespace corvandi {
 
 enum class KeyDirection { down, up };
 
@@ -29,8 +28,7 @@ struct SyntheticKeyEvent {
 
 /// Where synthetic key events come from. Everything posted has been handed to the window system when
 /// the source is destroyed, at the latest.
-class KeyEventSource
-{
+class KeyEventSource {
 public:
     virtual ~KeyEventSource() = default;
 
@@ -46,8 +44,7 @@ public:
 /// The keyboard as something that can be played upon.
 ///
 /// Thread: main thread only.
-class Keyboard
-{
+class Keyboard {
 public:
     virtual ~Keyboard() = default;
 

@@ -7,11 +7,9 @@
 #include <cstdint>
 #include <optional>
 
-namespace corvandi
-{
+namespace corvandi {
 
-namespace pasteboard_type
-{
+namespace pasteboard_type {
 /// Plain text in whatever targets the platform's applications ask for.
 inline const QString string = QStringLiteral("public.utf8-plain-text");
 /// Marks the content as not to be recorded; its value is the empty string. Adapters add the hints that
@@ -22,8 +20,7 @@ inline const QString concealed = QStringLiteral("org.nspasteboard.ConcealedType"
 /// The general clipboard of the session.
 ///
 /// Thread: main thread only.
-class Pasteboard
-{
+class Pasteboard {
 public:
     virtual ~Pasteboard() = default;
 

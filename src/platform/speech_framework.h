@@ -12,8 +12,7 @@
 #include <optional>
 #include <vector>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// A piece of the transcript. Final texts concatenate to the transcript as they are: an engine puts
 /// the space between two of them into the second one. Texts that are not final may still change.
@@ -24,8 +23,7 @@ struct SpeechResult {
 
 /// What is to be transcribed, in which language: the recipe from which an analyzer works. It has no
 /// options: only final results, no timing, no confidence.
-class SpeechTranscriber
-{
+class SpeechTranscriber {
 public:
     virtual ~SpeechTranscriber() = default;
 
@@ -35,8 +33,7 @@ public:
 };
 
 /// Runs one dictation through the engine.
-class SpeechAnalyzer
-{
+class SpeechAnalyzer {
 public:
     virtual ~SpeechAnalyzer() = default;
 
@@ -50,8 +47,7 @@ public:
 };
 
 /// The outstanding installation of a speech model.
-class AssetInstallationRequest
-{
+class AssetInstallationRequest {
 public:
     virtual ~AssetInstallationRequest() = default;
 
@@ -62,8 +58,7 @@ public:
 /// A speech engine.
 ///
 /// Thread: main thread only; nothing blocks it. The engine's own work runs on its own thread.
-class SpeechFramework
-{
+class SpeechFramework {
 public:
     virtual ~SpeechFramework() = default;
 

@@ -6,8 +6,7 @@
 #include <optional>
 #include <variant>
 
-namespace corvandi
-{
+namespace corvandi {
 
 using DefaultsValue = std::variant<bool, int64_t, QString>;
 
@@ -15,8 +14,7 @@ using DefaultsValue = std::variant<bool, int64_t, QString>;
 ///
 /// Thread: main thread only. A store that can't be read behaves like an empty one, one that can't be
 /// written keeps the values for the life of the program; both are logged.
-class UserDefaults
-{
+class UserDefaults {
 public:
     virtual ~UserDefaults() = default;
 

@@ -4,14 +4,12 @@
 
 #include <optional>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// The applications of the session.
 ///
 /// Thread: main thread only.
-class Workspace
-{
+class Workspace {
 public:
     virtual ~Workspace() = default;
 

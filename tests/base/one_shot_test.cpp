@@ -6,10 +6,8 @@
 
 #include <gtest/gtest.h>
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 QCoro::Task<> await(OneShot<int> slot, int& received)
 {

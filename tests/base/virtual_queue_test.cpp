@@ -8,10 +8,8 @@
 
 #include <vector>
 
-namespace corvandi::testing
-{
-namespace
-{
+namespace corvandi::testing {
+namespace {
 
 using namespace std::chrono_literals;
 

@@ -7,10 +7,8 @@
 
 #include <string>
 
-namespace corvandi::testing
-{
-namespace
-{
+namespace corvandi::testing {
+namespace {
 
 constexpr uint64_t option = 0x80000;
 constexpr uint64_t control = 0x40000;
@@ -20,8 +18,7 @@ constexpr int64_t space = 49;
 constexpr int64_t letterA = 0;
 constexpr uint16_t f13 = 105;
 
-class HotKeyManagerTest : public ::testing::Test
-{
+class HotKeyManagerTest : public ::testing::Test {
 protected:
     HotKeyManagerTest()
     {

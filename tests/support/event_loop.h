@@ -7,8 +7,7 @@
 
 #include <chrono>
 
-namespace corvandi::testing
-{
+namespace corvandi::testing {
 
 /// Runs Qt's event loop until `condition` holds; false when it does not within `limit`. For tests
 /// against real facilities, which answer when they do.

@@ -4,12 +4,10 @@
 
 #include <optional>
 
-namespace corvandi::testing
-{
+namespace corvandi::testing {
 
 /// A keyboard whose events the test sends, and whose taps can be refused.
-class FakeEventTaps : public EventTaps
-{
+class FakeEventTaps : public EventTaps {
 public:
     bool refusesTaps = false;
     bool refusesNewChords = false;
@@ -43,8 +41,7 @@ public:
     TapVerdict flagsChanged(uint64_t flags) { return send(KeyEventType::flagsChanged, 58, flags); }
 
 private:
-    class Tap : public EventTap
-    {
+    class Tap : public EventTap {
     public:
         explicit Tap(FakeEventTaps& owner)
             : owner_(owner)

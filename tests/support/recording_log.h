@@ -5,12 +5,10 @@
 #include <mutex>
 #include <vector>
 
-namespace corvandi::testing
-{
+namespace corvandi::testing {
 
 /// Keeps the lines that were logged.
-class RecordingLog : public SystemLog
-{
+class RecordingLog : public SystemLog {
 public:
     [[nodiscard]] std::vector<QString> lines() const
     {

@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <optional>
 
-namespace corvandi::testing
-{
+namespace corvandi::testing {
 
 using Key = std::pair<MainQueue::Duration, uint64_t>;
 
@@ -38,8 +37,7 @@ struct VirtualQueue::Agenda {
     }
 };
 
-class VirtualQueue::VirtualTimer : public Timer
-{
+class VirtualQueue::VirtualTimer : public Timer {
 public:
     VirtualTimer(std::shared_ptr<Agenda> agenda, MainQueue::Duration first,
                  std::optional<MainQueue::Duration> interval, std::function<void()> work)

@@ -6,13 +6,11 @@
 #include <mutex>
 #include <utility>
 
-namespace corvandi::testing
-{
+namespace corvandi::testing {
 
 /// A main queue on virtual time: nothing sleeps, work that is due at the same moment runs in the order
 /// in which it was asked for. `async` may come from other threads; the test drives everything else.
-class VirtualQueue : public MainQueue
-{
+class VirtualQueue : public MainQueue {
 public:
     VirtualQueue();
     ~VirtualQueue() override;

@@ -5,15 +5,12 @@
 #include <algorithm>
 #include <ctime>
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 enum class Repeat { once, forever };
 
-class QtTimer : public Timer
-{
+class QtTimer : public Timer {
 public:
     QtTimer(MainQueue::Duration interval, Repeat repeat, std::function<void()> work)
     {

@@ -4,16 +4,14 @@
 
 #include <QObject>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// The main queue on Qt's event loop. Create it on the main thread, after the application object; it
 /// needs a running event loop to deliver.
 ///
 /// Time is the kernel's boot-time clock, which goes on while the machine is suspended. Timers have the
 /// event loop's resolution of one millisecond and are never early.
-class QtMainQueue : public MainQueue
-{
+class QtMainQueue : public MainQueue {
 public:
     [[nodiscard]] Duration now() const override;
     void async(std::function<void()> work) override;

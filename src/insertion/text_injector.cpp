@@ -1,0 +1,121 @@
+#include "insertion/text_injector.h"
+
+#include "insertion/typing_chunks.h"
+
+namespace corvandi {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Time for the target to fetch the pasted text before the clipboard is given back.
+constexpr MainQueue::Duration restoreDelay = 1s;
+
+/// Posts key-down and key-up, changed by `prepare`; false, and nothing posted, when the source can't
+/// make them.
+template<class Prepare>
+bool postKeyPair(KeyEventSource& source, uint16_t virtualKey, Prepare prepare)
+{
+    auto down = source.makeKeyEvent(virtualKey, KeyDirection::down);
+    auto up = source.makeKeyEvent(virtualKey, KeyDirection::up);
+    if (!down || !up)
+        return false;
+    prepare(*down);
+    prepare(*up);
+    source.post(*down);
+    source.post(*up);
+    return true;
+}
+
+} // namespace
+
+TextInjector::TextInjector(Keyboard& keyboard, Pasteboard& pasteboard, MainQueue& queue)
+    : keyboard_(keyboard)
+    , pasteboard_(pasteboard)
+    , queue_(queue)
+{
+}
+
+QCoro::Task<bool> TextInjector::insert(QString text, InsertionMethod method)
+{
+    if (text.isEmpty())
+        co_return false;
+    switch (method) {
+    case InsertionMethod::type: {
+        if (type(text))
+            co_return true;
+        const bool pasted = co_await paste(text);
+        co_return pasted;
+    }
+    case InsertionMethod::paste: {
+        const bool pasted = co_await paste(text);
+        co_return pasted || type(text);
+    }
+    }
+    co_return false;
+}
+
+bool TextInjector::type(const QString& text)
+{
+    const auto source = keyboard_.createSource(text);
+    if (!source)
+        return false;
+    for (const std::u16string& chunk : typingChunks(text.toStdU16String())) {
+        const bool posted =
+            postKeyPair(*source, virtual_key::none, [&](SyntheticKeyEvent& event) { event.text = chunk; });
+        if (!posted)
+            return false;
+    }
+    return true;
+}
+
+bool TextInjector::postCommandV()
+{
+    const auto source = keyboard_.createSource(QString());
+    return source && postKeyPair(*source, virtual_key::v,
+                                 [](SyntheticKeyEvent& event) { event.flags = modifier_flags::command; });
+}
+
+QCoro::Task<bool> TextInjector::paste(QString text)
+{
+    std::optional<QString> previous = co_await contentToRestore();
+    restoreTimer_.reset();
+    loan_.reset();
+    pasteboard_.clearContents();
+    const bool set = pasteboard_.setString(text, pasteboard_type::string);
+    pasteboard_.setString(QString(), pasteboard_type::concealed);
+    const int64_t changeCount = pasteboard_.changeCount();
+    if (!set || !postCommandV())
+        co_return false;
+    loan_ = Loan{std::move(previous), changeCount};
+    restoreTimer_ = queue_.after(restoreDelay, [this] { restore(); });
+    co_return true;
+}
+
+QCoro::Task<std::optional<QString>> TextInjector::contentToRestore()
+{
+    // Between a paste and its restore the clipboard holds that dictation; what the user had there
+    // before must not be lost to a second paste within the second.
+    if (loan_ && loan_->changeCount == pasteboard_.changeCount())
+        co_return loan_->content;
+    std::optional<QString> content = co_await pasteboard_.string();
+    co_return content;
+}
+
+void TextInjector::restorePasteboardNow()
+{
+    restoreTimer_.reset();
+    if (loan_)
+        restore();
+}
+
+void TextInjector::restore()
+{
+    const Loan loan = *std::exchange(loan_, std::nullopt);
+    if (pasteboard_.changeCount() != loan.changeCount)
+        return;
+    pasteboard_.clearContents();
+    if (loan.content)
+        pasteboard_.setString(*loan.content, pasteboard_type::string);
+}
+
+} // namespace corvandi

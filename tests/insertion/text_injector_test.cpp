@@ -1,0 +1,186 @@
+#include "insertion/text_injector.h"
+
+#include "support/fake_keyboard.h"
+#include "support/fake_pasteboard.h"
+#include "support/virtual_queue.h"
+
+#include <gtest/gtest.h>
+
+namespace corvandi::testing {
+namespace {
+
+using namespace std::chrono_literals;
+
+const QString hello = QStringLiteral("Hello");
+
+QCoro::Task<> store(QCoro::Task<bool> task, std::optional<bool>& result)
+{
+    result = co_await task;
+}
+
+class TextInjectorTest : public ::testing::Test {
+protected:
+    bool insert(const QString& text, InsertionMethod method)
+    {
+        std::optional<bool> result;
+        const auto task = store(injector.insert(text, method), result);
+        EXPECT_TRUE(result.has_value());
+        return result.value_or(false);
+    }
+    bool pasteShortcutWasPosted() const
+    {
+        return keyboard.posted.size() == 2 &&
+               keyboard.posted[0] == SyntheticKeyEvent{9, KeyDirection::down, 0x100000, {}} &&
+               keyboard.posted[1] == SyntheticKeyEvent{9, KeyDirection::up, 0x100000, {}};
+    }
+
+    VirtualQueue queue;
+    FakeKeyboard keyboard;
+    FakePasteboard pasteboard;
+    TextInjector injector{keyboard, pasteboard, queue};
+};
+
+TEST_F(TextInjectorTest, AnEmptyTextIsNotInsertedAndPostsNothing)
+{
+    EXPECT_FALSE(insert(QString(), InsertionMethod::type));
+    EXPECT_FALSE(insert(QString(), InsertionMethod::paste));
+    EXPECT_TRUE(keyboard.posted.empty());
+    EXPECT_EQ(pasteboard.changes, 0);
+}
+
+TEST_F(TextInjectorTest, TypingPostsAKeyDownAndAKeyUpWithTheChunkForEachChunk)
+{
+    EXPECT_TRUE(insert(QString(25, QLatin1Char('a')), InsertionMethod::type));
+    const std::u16string twenty(20, u'a');
+    const std::u16string five(5, u'a');
+    EXPECT_EQ(keyboard.posted, (std::vector<SyntheticKeyEvent>{
+                                   {0, KeyDirection::down, 0, twenty},
+                                   {0, KeyDirection::up, 0, twenty},
+                                   {0, KeyDirection::down, 0, five},
+                                   {0, KeyDirection::up, 0, five},
+                               }));
+}
+
+TEST_F(TextInjectorTest, TypingLeavesTheClipboardAlone)
+{
+    EXPECT_TRUE(insert(hello, InsertionMethod::type));
+    EXPECT_EQ(pasteboard.changes, 0);
+    EXPECT_EQ(pasteboard.reads, 0);
+}
+
+TEST_F(TextInjectorTest, TypingWithoutAnEventSourceFallsBackToPasting)
+{
+    keyboard.refusesText = true;
+    EXPECT_TRUE(insert(hello, InsertionMethod::type));
+    EXPECT_TRUE(pasteShortcutWasPosted());
+    EXPECT_EQ(pasteboard.text(), hello);
+}
+
+TEST_F(TextInjectorTest, TypingThatCannotMakeItsEventsFallsBackToPasting)
+{
+    keyboard.eventsLeft = 0;
+    EXPECT_FALSE(insert(hello, InsertionMethod::type));
+    EXPECT_EQ(pasteboard.text(), hello);
+    EXPECT_TRUE(keyboard.posted.empty());
+}
+
+TEST_F(TextInjectorTest, PastingSetsTheTextConcealedAndPostsThePasteShortcut)
+{
+    EXPECT_TRUE(insert(hello, InsertionMethod::paste));
+    EXPECT_EQ(pasteboard.text(), hello);
+    EXPECT_TRUE(pasteboard.isConcealed());
+    EXPECT_EQ(pasteboard.content.at(pasteboard_type::concealed), QString());
+    EXPECT_TRUE(pasteShortcutWasPosted());
+}
+
+TEST_F(TextInjectorTest, TheTextIsOnTheClipboardBeforeTheShortcutIsPosted)
+{
+    std::optional<QString> atPost;
+    keyboard.onPost = [&] {
+        if (!atPost)
+            atPost = pasteboard.text();
+    };
+    EXPECT_TRUE(insert(hello, InsertionMethod::paste));
+    EXPECT_EQ(atPost, hello);
+}
+
+TEST_F(TextInjectorTest, TheClipboardIsGivenBackAfterOneSecondAndNotBefore)
+{
+    pasteboard.copyFromOutside(QStringLiteral("abc"));
+    EXPECT_TRUE(insert(hello, InsertionMethod::paste));
+    queue.advance(999ms);
+    EXPECT_EQ(pasteboard.text(), hello);
+    queue.advance(1ms);
+    EXPECT_EQ(pasteboard.text(), QStringLiteral("abc"));
+    EXPECT_FALSE(pasteboard.isConcealed());
+}
+
+TEST_F(TextInjectorTest, WhatSomebodyCopiedWithinTheSecondStays)
+{
+    pasteboard.copyFromOutside(QStringLiteral("abc"));
+    EXPECT_TRUE(insert(hello, InsertionMethod::paste));
+    queue.advance(500ms);
+    pasteboard.copyFromOutside(QStringLiteral("new"));
+    queue.advance(1s);
+    EXPECT_EQ(pasteboard.text(), QStringLiteral("new"));
+}
+
+TEST_F(TextInjectorTest, AClipboardWithoutTextIsEmptyAfterwards)
+{
+    EXPECT_TRUE(insert(hello, InsertionMethod::paste));
+    queue.advance(1s);
+    EXPECT_TRUE(pasteboard.content.empty());
+}
+
+TEST_F(TextInjectorTest, PastingTwiceWithinTheSecondStillGivesBackWhatThePersonHad)
+{
+    pasteboard.copyFromOutside(QStringLiteral("abc"));
+    EXPECT_TRUE(insert(hello, InsertionMethod::paste));
+    queue.advance(500ms);
+    EXPECT_TRUE(insert(QStringLiteral("again"), InsertionMethod::paste));
+    queue.advance(999ms);
+    EXPECT_EQ(pasteboard.text(), QStringLiteral("again"));
+    queue.advance(1ms);
+    EXPECT_EQ(pasteboard.text(), QStringLiteral("abc"));
+}
+
+TEST_F(TextInjectorTest, APasteAfterSomebodyCopiedGivesThatCopyBack)
+{
+    pasteboard.copyFromOutside(QStringLiteral("abc"));
+    EXPECT_TRUE(insert(hello, InsertionMethod::paste));
+    pasteboard.copyFromOutside(QStringLiteral("new"));
+    EXPECT_TRUE(insert(QStringLiteral("again"), InsertionMethod::paste));
+    queue.advance(1s);
+    EXPECT_EQ(pasteboard.text(), QStringLiteral("new"));
+}
+
+TEST_F(TextInjectorTest, PastingOntoARefusingClipboardFallsBackToTypingAndRestoresNothing)
+{
+    pasteboard.acceptsText = false;
+    EXPECT_TRUE(insert(hello, InsertionMethod::paste));
+    EXPECT_EQ(keyboard.typed(), hello);
+    EXPECT_EQ(queue.timerCount(), 0U);
+}
+
+TEST_F(TextInjectorTest, WithoutAnyEventSourceInsertionFailsAndTheClipboardKeepsTheText)
+{
+    keyboard.hasSources = false;
+    EXPECT_FALSE(insert(hello, InsertionMethod::paste));
+    EXPECT_EQ(pasteboard.text(), hello);
+    EXPECT_EQ(queue.timerCount(), 0U);
+    EXPECT_FALSE(insert(hello, InsertionMethod::type));
+}
+
+TEST_F(TextInjectorTest, AtTheEndOfTheProgramTheClipboardIsGivenBackAtOnce)
+{
+    pasteboard.copyFromOutside(QStringLiteral("abc"));
+    EXPECT_TRUE(insert(hello, InsertionMethod::paste));
+    injector.restorePasteboardNow();
+    EXPECT_EQ(pasteboard.text(), QStringLiteral("abc"));
+    EXPECT_EQ(queue.timerCount(), 0U);
+    injector.restorePasteboardNow();
+    EXPECT_EQ(pasteboard.text(), QStringLiteral("abc"));
+}
+
+} // namespace
+} // namespace corvandi::testing

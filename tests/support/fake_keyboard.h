@@ -1,0 +1,98 @@
+#pragma once
+
+#include "platform/keyboard.h"
+
+#include <vector>
+
+namespace corvandi::testing {
+
+/// A keyboard that records what is posted.
+class FakeKeyboard : public Keyboard {
+public:
+    bool hasSources = true;
+    /// Whether sources for a text are refused while those for shortcuts are given.
+    bool refusesText = false;
+    /// How many events the sources can still make; unlimited by default.
+    size_t eventsLeft = SIZE_MAX;
+    bool keysAreFree = true;
+    std::vector<SyntheticKeyEvent> posted;
+    std::function<void()> onPost;
+
+    [[nodiscard]] std::unique_ptr<KeyEventSource> createSource(const QString& text) override
+    {
+        if (!hasSources || (refusesText && !text.isEmpty()))
+            return nullptr;
+        return std::make_unique<Source>(*this);
+    }
+
+    [[nodiscard]] std::unique_ptr<Registration> whenKeysAreFree(std::function<void()> callback) override
+    {
+        auto waiter = std::make_unique<Waiter>(*this);
+        if (keysAreFree)
+            callback();
+        else
+            waiting_ = std::move(callback);
+        return waiter;
+    }
+
+    [[nodiscard]] bool isAwaited() const { return waiting_ != nullptr; }
+    /// The last modifier goes up.
+    void freeKeys()
+    {
+        keysAreFree = true;
+        if (const auto callback = std::exchange(waiting_, nullptr))
+            callback();
+    }
+    /// The text of all key-downs together.
+    [[nodiscard]] QString typed() const
+    {
+        QString text;
+        for (const SyntheticKeyEvent& event : posted) {
+            if (event.direction == KeyDirection::down)
+                text += QString::fromStdU16String(event.text);
+        }
+        return text;
+    }
+
+private:
+    class Source : public KeyEventSource {
+    public:
+        explicit Source(FakeKeyboard& owner)
+            : owner_(owner)
+        {
+        }
+        [[nodiscard]] std::optional<SyntheticKeyEvent> makeKeyEvent(uint16_t virtualKey,
+                                                                    KeyDirection direction) override
+        {
+            if (owner_.eventsLeft == 0)
+                return std::nullopt;
+            --owner_.eventsLeft;
+            return SyntheticKeyEvent{virtualKey, direction, 0, {}};
+        }
+        void post(const SyntheticKeyEvent& event) override
+        {
+            owner_.posted.push_back(event);
+            if (owner_.onPost)
+                owner_.onPost();
+        }
+
+    private:
+        FakeKeyboard& owner_;
+    };
+
+    class Waiter : public Registration {
+    public:
+        explicit Waiter(FakeKeyboard& owner)
+            : owner_(owner)
+        {
+        }
+        ~Waiter() override { owner_.waiting_ = nullptr; }
+
+    private:
+        FakeKeyboard& owner_;
+    };
+
+    std::function<void()> waiting_;
+};
+
+} // namespace corvandi::testing

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/pasteboard.h"
+
+#include <map>
+
+namespace corvandi::testing {
+
+/// A clipboard in memory.
+class FakePasteboard : public Pasteboard {
+public:
+    bool acceptsText = true;
+    std::map<QString, QString> content;
+    int64_t changes = 0;
+    /// The number of times the text was asked for.
+    int reads = 0;
+
+    [[nodiscard]] QCoro::Task<std::optional<QString>> string() override
+    {
+        ++reads;
+        co_return text();
+    }
+    void clearContents() override
+    {
+        content.clear();
+        ++changes;
+    }
+    bool setString(const QString& value, const QString& type) override
+    {
+        if (!acceptsText && type == pasteboard_type::string)
+            return false;
+        content[type] = value;
+        return true;
+    }
+    [[nodiscard]] int64_t changeCount() override { return changes; }
+
+    [[nodiscard]] std::optional<QString> text() const
+    {
+        const auto found = content.find(pasteboard_type::string);
+        return found == content.end() ? std::nullopt : std::optional(found->second);
+    }
+    [[nodiscard]] bool isConcealed() const { return content.count(pasteboard_type::concealed) == 1; }
+    /// Somebody else copies `text`.
+    void copyFromOutside(const QString& text)
+    {
+        content = {{pasteboard_type::string, text}};
+        ++changes;
+    }
+};
+
+} // namespace corvandi::testing
