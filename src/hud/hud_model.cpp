@@ -1,7 +1,6 @@
 #include "hud/hud_model.h"
 
-namespace corvandi
-{
+namespace corvandi {
 
 void HUDModel::setBars(std::vector<double> bars)
 {

@@ -7,15 +7,13 @@
 
 #include <vector>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// What the HUD shows. Observable: `changed` follows every change of a field (the setters of fields
 /// that are set to their present value notify as well; whoever wants to spare that compares first).
 ///
 /// Thread: main thread only.
-class HUDModel : public QObject
-{
+class HUDModel : public QObject {
     Q_OBJECT
 
 public:

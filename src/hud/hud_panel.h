@@ -5,8 +5,7 @@
 #include <memory>
 #include <optional>
 
-namespace corvandi
-{
+namespace corvandi {
 
 class HUDModel;
 
@@ -25,8 +24,7 @@ struct PanelRect {
 /// While it is ordered out nothing of it runs.
 ///
 /// Thread: main thread only.
-class HUDPanel
-{
+class HUDPanel {
 public:
     virtual ~HUDPanel() = default;
 
@@ -45,8 +43,7 @@ public:
 };
 
 /// Makes the panel when it is needed for the first time. The model outlives the panel.
-class HUDPanels
-{
+class HUDPanels {
 public:
     virtual ~HUDPanels() = default;
     [[nodiscard]] virtual std::unique_ptr<HUDPanel> create(HUDModel& model) = 0;

@@ -1,7 +1,6 @@
 #pragma once
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// The faces of the HUD.
 enum class HUDState { recording, processing, notice, error };

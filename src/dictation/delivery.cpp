@@ -1,0 +1,135 @@
+#include "dictation/dictation_controller.h"
+
+#include "base/one_shot.h"
+
+#include <QCoreApplication>
+
+namespace corvandi {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// How long the HUD stays after the text is in.
+constexpr MainQueue::Duration hideAfterInsertion = 150ms;
+/// How long an insertion waits for fingers that still hold a modifier.
+constexpr MainQueue::Duration freeKeysLimit = 2s;
+
+QString translated(const char* text)
+{
+    return QCoreApplication::translate("DictationController", text);
+}
+
+bool isSpaceOrTab(QChar character)
+{
+    return character == QLatin1Char(' ') || character == QLatin1Char('\t');
+}
+
+bool isBlank(const QString& text)
+{
+    return std::all_of(text.begin(), text.end(), isSpaceOrTab);
+}
+
+} // namespace
+
+const std::set<QString> DictationController::injectionDenylist{QStringLiteral("com.apple.finder")};
+
+QCoro::Task<> DictationController::deliver(std::optional<Transcript> result, Target target)
+{
+    if (!result) {
+        showTransient(translated("Transcription timed out."), HUDState::error);
+        co_return;
+    }
+    const QString text = result->text.trimmed();
+    if (isBlank(text)) {
+        showTransient(result->failed ? translated("Transcription failed.") : translated("Didn't catch that."),
+                      HUDState::error);
+        co_return;
+    }
+    const FocusTarget focus = focusInspector_.currentTarget();
+    if (focus == FocusTarget::secure) {
+        showTransient(translated("Dictation isn't available in password fields."), HUDState::notice);
+        co_return;
+    }
+    if (result->failed) {
+        deliverPartialText(text);
+        co_return;
+    }
+    co_await deliverText(text, std::move(target), focus);
+}
+
+QCoro::Task<> DictationController::deliverText(QString text, Target target, FocusTarget focus)
+{
+    // Before the look at the frontmost application: with Alt still held the user may be about to
+    // switch to another one.
+    co_await waitForFreeKeys();
+    if (currentTargetBundleID() != target) {
+        fallBackToClipboard(text);
+        co_return;
+    }
+    showProcessing(translated("Inserting"));
+    const bool mayInsert = focus == FocusTarget::editable || (target && !injectionDenylist.contains(*target));
+    if (!mayInsert) {
+        fallBackToClipboard(text);
+        co_return;
+    }
+    const bool inserted = co_await injector_.insert(text, settings_.insertion());
+    if (!inserted) {
+        fallBackToClipboard(text);
+        co_return;
+    }
+    const auto elapsed = platform_.queue.now() - released_;
+    platform_.log.write(QStringLiteral("text inserted %1ms after the release")
+                            .arg(std::chrono::duration_cast<std::chrono::milliseconds>(elapsed).count()));
+    if (!isDictating_)
+        hud_.hide(hideAfterInsertion);
+}
+
+QCoro::Task<> DictationController::waitForFreeKeys()
+{
+    const OneShot<Done> free;
+    const auto registration = platform_.keyboard.whenKeysAreFree([free] { free.complete({}); });
+    const auto limit = platform_.queue.after(freeKeysLimit, [free] { free.complete({}); });
+    co_await free;
+}
+
+void DictationController::deliverPartialText(const QString& text)
+{
+    const bool copied = copyConcealed(text);
+    showTransient(
+        copied
+            ? translated("Transcription incomplete. Partial text copied to the clipboard; press ⌘V to paste.")
+            : translated("Transcription incomplete."),
+        HUDState::error);
+}
+
+bool DictationController::copyConcealed(const QString& text)
+{
+    platform_.pasteboard.clearContents();
+    const bool copied = platform_.pasteboard.setString(text, pasteboard_type::string);
+    platform_.pasteboard.setString(QString(), pasteboard_type::concealed);
+    return copied;
+}
+
+void DictationController::fallBackToClipboard(const QString& text)
+{
+    if (copyConcealed(text))
+        showTransient(translated("Saved to the clipboard. Press ⌘V to paste."), HUDState::notice);
+    else if (settings_.saveHistory())
+        showTransient(translated("Couldn't copy to the clipboard (saved to history)."), HUDState::error);
+    else
+        showTransient(translated("Couldn't copy to the clipboard."), HUDState::error);
+}
+
+void DictationController::showTransient(const QString& message, HUDState state)
+{
+    if (!isDictating_)
+        hud_.showTransient(message, state);
+}
+
+void DictationController::showProcessing(const QString& message)
+{
+    if (!isDictating_)
+        hud_.showProcessing(message);
+}
+
+} // namespace corvandi

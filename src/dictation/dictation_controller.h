@@ -1,0 +1,121 @@
+#pragma once
+
+#include "dictation/model_state.h"
+#include "dictation/platform.h"
+#include "hotkey/hotkey_manager.h"
+#include "hud/hud_controller.h"
+#include "insertion/focus_inspector.h"
+#include "insertion/text_injector.h"
+#include "speech/audio_engine.h"
+#include "speech/speech_service.h"
+#include "storage/settings.h"
+
+#include <QCoroTask>
+
+#include <QString>
+
+#include <exception>
+#include <memory>
+#include <optional>
+#include <set>
+
+namespace corvandi {
+
+/// The spine of the program: owns everything that a dictation needs and drives it from the press of the
+/// hotkey to the text in the application.
+///
+/// A press starts capture and transcriber; the release ends them and hands the transcript to delivery.
+/// A new press is accepted as soon as the key is released; its capture begins only when the previous
+/// dictation has been delivered, and from its press on the previous one no longer speaks to the user
+/// (what it does for the user goes on).
+///
+/// Thread: main thread only. Its tasks hold it weakly while they wait for each other, and end silently
+/// when it is gone.
+class DictationController : public std::enable_shared_from_this<DictationController> {
+    struct Private {
+        explicit Private() = default;
+    };
+
+public:
+    /// Applications into which nothing is inserted unless an editable element has the focus there.
+    static const std::set<QString> injectionDenylist;
+
+    /// Both referees outlive the controller.
+    [[nodiscard]] static std::shared_ptr<DictationController> create(Settings& settings,
+                                                                     const Platform& platform);
+    DictationController(Private key, Settings& settings, const Platform& platform);
+
+    /// The press handler.
+    void beginDictation();
+    /// The release handler. What remains to be done runs in the session task.
+    void endDictation();
+    /// Copies the hotkey from the settings. A key code outside 0...65535 stops the process: no user
+    /// interface can store it.
+    void applyHotkey();
+    /// Starts the hotkey; when the platform refuses, waits for the permission that it needs.
+    void startHotkey();
+    /// Makes sure that the speech model is being prepared or has been.
+    void prepareModel();
+    /// Checks every two seconds whether the process is trusted, without asking anybody, and then starts
+    /// the hotkey.
+    void waitForAccessibilityThenStartHotkey();
+    /// Puts in order what a dictation has borrowed, before the program ends.
+    void shutDown();
+
+    [[nodiscard]] const ModelState& modelState() const { return modelState_; }
+    [[nodiscard]] bool isDictating() const { return isDictating_; }
+    [[nodiscard]] HUDController& hud() { return hud_; }
+    /// The frontmost application; nothing when there is none or when it is this program.
+    [[nodiscard]] std::optional<QString> currentTargetBundleID() const;
+
+private:
+    using Self = std::weak_ptr<DictationController>;
+    using TaskHandle = std::shared_ptr<QCoro::Task<>>;
+    using Target = std::optional<QString>;
+
+    // Press and release.
+    void wireCallbacks();
+    void receiveLevel(float level);
+    void cancelDictation(TaskHandle start);
+    static QCoro::Task<> runStart(Self weak, MainQueue& queue, TaskHandle previousSession,
+                                  AudioFormat format);
+    static QCoro::Task<> runSession(Self weak, MainQueue& queue, TaskHandle start, Target target);
+    static QCoro::Task<> runCancel(Self weak, MainQueue& queue, TaskHandle start);
+    static QCoro::Task<> runPreparation(Self weak, MainQueue& queue);
+    [[nodiscard]] QCoro::Task<> startTranscriber(AudioFormat format);
+    [[nodiscard]] QCoro::Task<> stopCapture(TaskHandle start);
+    [[nodiscard]] QCoro::Task<std::optional<Transcript>> finishWithTimeout();
+    void handleStartFailure(const std::exception_ptr& error);
+    void handleFailureWithoutModel(const std::exception_ptr& error);
+
+    // Delivery.
+    [[nodiscard]] QCoro::Task<> deliver(std::optional<Transcript> result, Target target);
+    [[nodiscard]] QCoro::Task<> deliverText(QString text, Target target, FocusTarget focus);
+    [[nodiscard]] QCoro::Task<> waitForFreeKeys();
+    void deliverPartialText(const QString& text);
+    void fallBackToClipboard(const QString& text);
+    [[nodiscard]] bool copyConcealed(const QString& text);
+    void showTransient(const QString& message, HUDState state);
+    void showProcessing(const QString& message);
+
+    Settings& settings_;
+    Platform platform_;
+    HUDController hud_;
+    AudioEngine audio_;
+    SpeechService speech_;
+    FocusInspector focusInspector_;
+    TextInjector injector_;
+    HotKeyManager hotkey_;
+    ModelState modelState_ = model_state::Pending{};
+    bool isDictating_ = false;
+    TaskHandle startTask_;
+    TaskHandle sessionTask_;
+    std::unique_ptr<Timer> permissionTimer_;
+    std::optional<MainQueue::Duration> recordingStart_;
+    Target targetBundleID_;
+    /// When the present press happened, until the log has its first sound.
+    std::optional<MainQueue::Duration> awaitedFirstAudio_;
+    MainQueue::Duration released_{};
+};
+
+} // namespace corvandi

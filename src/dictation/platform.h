@@ -1,0 +1,37 @@
+#pragma once
+
+#include "base/locale.h"
+#include "base/main_queue.h"
+#include "base/system_log.h"
+#include "hud/hud_panel.h"
+#include "platform/accessibility_client.h"
+#include "platform/audio_converter.h"
+#include "platform/audio_input.h"
+#include "platform/capture_authorization.h"
+#include "platform/event_tap.h"
+#include "platform/keyboard.h"
+#include "platform/pasteboard.h"
+#include "platform/speech_framework.h"
+#include "platform/workspace.h"
+
+namespace corvandi {
+
+/// Every facility of the platform that a dictation rests on. All of them outlive the controller.
+struct Platform {
+    MainQueue& queue;
+    SystemLog& log;
+    EventTaps& eventTaps;
+    Keyboard& keyboard;
+    Pasteboard& pasteboard;
+    AccessibilityClient& accessibility;
+    Workspace& workspace;
+    AudioInput& audioInput;
+    AudioConverters& audioConverters;
+    CaptureAuthorization& captureAuthorization;
+    SpeechFramework& speechFramework;
+    HUDPanels& hudPanels;
+    /// The language in which the user dictates.
+    Locale locale;
+};
+
+} // namespace corvandi
