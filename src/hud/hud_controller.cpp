@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 /// Speech is quiet: its amplitude rarely exceeds 0.08, which this gain maps to a full bar.
 constexpr double levelGain = 3.6;

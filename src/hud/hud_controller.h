@@ -5,16 +5,14 @@
 
 #include <chrono>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// Shows the state of a dictation in a small panel near the bottom of the main screen. Owns the model,
 /// the panel (made when it is shown for the first time) and the timers; while the panel is hidden there
 /// is no timer.
 ///
 /// Thread: main thread only. The queue and the maker of panels outlive the controller.
-class HUDController
-{
+class HUDController {
 public:
     /// The size of the panel and its distance from the bottom of the free part of the screen, in points.
     static constexpr double panelWidth = 300;

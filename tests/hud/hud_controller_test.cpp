@@ -8,10 +8,8 @@
 #include <cmath>
 #include <limits>
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 using namespace std::chrono_literals;
 using ::testing::DoubleNear;
@@ -23,8 +21,7 @@ using ::testing::SizeIs;
 /// Levels are single-precision numbers.
 constexpr double tolerance = 1e-6;
 
-class HUDControllerTest : public ::testing::Test
-{
+class HUDControllerTest : public ::testing::Test {
 protected:
     /// The number of times the model told of a change while `action` ran.
     template<class Action>

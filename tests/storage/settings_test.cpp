@@ -6,10 +6,8 @@
 
 #include <functional>
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 using testing::FakeUserDefaults;
 using Writes = std::vector<std::pair<QString, DefaultsValue>>;
@@ -40,8 +38,7 @@ TEST(Settings, NothingIsWrittenUntilTheUserChangesSomething)
 
 TEST(Settings, RegistersExactlyTheTenDefaults)
 {
-    class Watched : public FakeUserDefaults
-    {
+    class Watched : public FakeUserDefaults {
     public:
         void registerDefaults(const std::map<QString, DefaultsValue>& values) override
         {
@@ -97,8 +94,7 @@ const SettingsSignal allSignals[] = {
 };
 
 /// Keeps the signals of a settings object in the order in which they came.
-class Notices
-{
+class Notices {
 public:
     explicit Notices(Settings& settings)
     {
@@ -111,8 +107,7 @@ private:
     QObject context_;
 };
 
-class SettingsSwitch : public ::testing::TestWithParam<Switch>
-{
+class SettingsSwitch : public ::testing::TestWithParam<Switch> {
 protected:
     FakeUserDefaults defaults;
 };
@@ -226,8 +221,7 @@ TEST(Settings, AnInsertionMethodThatIsNoTextReadsAsTyping)
 
 TEST(Settings, WithoutRegisteredDefaultsAMissingInsertionMethodIsTyping)
 {
-    class Forgetful : public FakeUserDefaults
-    {
+    class Forgetful : public FakeUserDefaults {
         void registerDefaults(const std::map<QString, DefaultsValue>&) override {}
     } defaults;
     EXPECT_EQ(Settings(defaults).insertion(), InsertionMethod::type);

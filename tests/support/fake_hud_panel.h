@@ -5,12 +5,10 @@
 #include <string>
 #include <vector>
 
-namespace corvandi::testing
-{
+namespace corvandi::testing {
 
 /// Makes panels that draw nothing and record what is asked of them. The records stay when a panel goes.
-class FakeHUDPanels : public HUDPanels
-{
+class FakeHUDPanels : public HUDPanels {
 public:
     struct Fade {
         double from;
@@ -37,8 +35,7 @@ public:
     bool isVisible = false;
 
 private:
-    class Panel : public HUDPanel
-    {
+    class Panel : public HUDPanel {
     public:
         explicit Panel(FakeHUDPanels& records)
             : records_(records)

@@ -5,12 +5,10 @@
 #include <utility>
 #include <vector>
 
-namespace corvandi::testing
-{
+namespace corvandi::testing {
 
 /// Preferences in memory, with the conversions of the real store, that keep a list of all writes.
-class FakeUserDefaults : public UserDefaults
-{
+class FakeUserDefaults : public UserDefaults {
 public:
     void registerDefaults(const std::map<QString, DefaultsValue>& defaults) override
     {
