@@ -1,0 +1,114 @@
+#pragma once
+
+#include "platform/audio_converter.h"
+
+#include <algorithm>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace corvandi::testing {
+
+/// Converters whose work can be followed: each output sample is the nearest one of the input's first
+/// channel, so that what marks a buffer survives its conversion.
+class FakeAudioConverters : public AudioConverters {
+public:
+    enum class Behaviour { passesThrough, failsWithError, givesNothing, runsOutOfMemory };
+
+    /// Whether there is a converter at all; counts from the next `create` on.
+    bool isAvailable = true;
+    /// Of the converters that are created from now on.
+    Behaviour behaviour = Behaviour::passesThrough;
+
+    struct Creation {
+        AudioFormat from;
+        AudioFormat to;
+    };
+    std::vector<Creation> creations;
+
+    /// One call of `convert`: what it was given, and what its input block answered until it ended.
+    struct Call {
+        uint32_t capacity = 0;
+        std::vector<ConverterInputStatus> answers;
+    };
+    [[nodiscard]] std::vector<Call> calls() const
+    {
+        const std::lock_guard guard(record_->mutex);
+        return record_->calls;
+    }
+
+    [[nodiscard]] std::unique_ptr<AudioConverter> create(const AudioFormat& from,
+                                                         const AudioFormat& to) override
+    {
+        creations.push_back({from, to});
+        return isAvailable ? std::make_unique<Converter>(to, behaviour, record_) : nullptr;
+    }
+
+private:
+    struct Record {
+        std::mutex mutex;
+        std::vector<Call> calls;
+    };
+
+    class Converter : public AudioConverter {
+    public:
+        Converter(AudioFormat to, Behaviour behaviour, std::shared_ptr<Record> record)
+            : to_(to)
+            , behaviour_(behaviour)
+            , record_(std::move(record))
+        {
+        }
+
+        [[nodiscard]] Conversion convert(uint32_t frameCapacity, const InputBlock& input) override
+        {
+            Call call{frameCapacity, {}};
+            AudioBuffer output;
+            for (;;) {
+                const ConverterInput given = input();
+                call.answers.push_back(given.status);
+                if (given.status != ConverterInputStatus::haveData)
+                    break;
+                output = resampled(*given.buffer, frameCapacity);
+            }
+            const std::lock_guard guard(record_->mutex);
+            record_->calls.push_back(std::move(call));
+            return answer(std::move(output));
+        }
+
+    private:
+        [[nodiscard]] Conversion answer(AudioBuffer output) const
+        {
+            switch (behaviour_) {
+            case Behaviour::passesThrough:
+                return {std::move(output), std::nullopt};
+            case Behaviour::failsWithError:
+                return {{}, QStringLiteral("the resampler broke")};
+            case Behaviour::givesNothing:
+                return {};
+            case Behaviour::runsOutOfMemory:
+                throw std::bad_alloc();
+            }
+            return {};
+        }
+
+        [[nodiscard]] AudioBuffer resampled(const AudioBuffer& source, uint32_t capacity) const
+        {
+            const double step = source.format().sampleRate / to_.sampleRate;
+            const auto count = std::min(capacity, static_cast<uint32_t>(source.frameLength() / step));
+            std::vector<float> samples;
+            for (uint32_t frame = 0; frame < count; ++frame) {
+                const auto nearest = static_cast<size_t>(frame * step) * source.format().channelCount;
+                samples.insert(samples.end(), to_.channelCount, source.floatSamples()[nearest]);
+            }
+            return {to_, std::move(samples)};
+        }
+
+        AudioFormat to_;
+        Behaviour behaviour_;
+        std::shared_ptr<Record> record_;
+    };
+
+    std::shared_ptr<Record> record_ = std::make_shared<Record>();
+};
+
+} // namespace corvandi::testing

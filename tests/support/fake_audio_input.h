@@ -1,0 +1,80 @@
+#pragma once
+
+#include "platform/audio_input.h"
+#include "support/scripted_step.h"
+
+#include <QCoroTask>
+
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace corvandi::testing {
+
+/// A microphone that delivers what the test gives it, on the thread on which the test does so.
+class FakeAudioInput : public AudioInput {
+public:
+    /// Of the device; a sample rate of 0 means that there is none.
+    AudioFormat format{48000, 1, SampleFormat::float32};
+    ScriptedStep starting;
+    ScriptedStep removing;
+    /// What was called, in order.
+    std::vector<std::string> calls;
+    /// With what the latest tap was installed.
+    uint32_t tapFrames = 0;
+    AudioFormat tapFormat;
+
+    /// Records `buffer`: the tap gets it when it is installed and the device runs.
+    void deliver(const AudioBuffer& buffer) const
+    {
+        if (isRunning_ && tap_)
+            tap_(buffer);
+    }
+    /// Sound that the device still holds: the tap gets it when it is removed.
+    void holdBack(AudioBuffer buffer) { heldBack_.push_back(std::move(buffer)); }
+
+    [[nodiscard]] bool isRunning() const { return isRunning_; }
+    [[nodiscard]] bool hasTap() const { return static_cast<bool>(tap_); }
+    /// How often `call` is among the calls.
+    [[nodiscard]] int count(const std::string& call) const
+    {
+        return static_cast<int>(std::count(calls.begin(), calls.end(), call));
+    }
+
+    [[nodiscard]] AudioFormat inputFormat() override { return format; }
+    void installTap(uint32_t frames, const AudioFormat& formatOfTap, TapBlock block) override
+    {
+        calls.emplace_back("installTap");
+        tapFrames = frames;
+        tapFormat = formatOfTap;
+        tap_ = std::move(block);
+    }
+    [[nodiscard]] QCoro::Task<> removeTap() override
+    {
+        calls.emplace_back("removeTap");
+        co_await removing.run();
+        for (const AudioBuffer& buffer : std::exchange(heldBack_, {}))
+            tap_(buffer);
+        tap_ = nullptr;
+    }
+    void prepare() override { calls.emplace_back("prepare"); }
+    [[nodiscard]] QCoro::Task<> start() override
+    {
+        calls.emplace_back("start");
+        co_await starting.run();
+        isRunning_ = true;
+    }
+    void stop() override
+    {
+        calls.emplace_back("stop");
+        isRunning_ = false;
+    }
+
+private:
+    TapBlock tap_;
+    std::vector<AudioBuffer> heldBack_;
+    bool isRunning_ = false;
+};
+
+} // namespace corvandi::testing
