@@ -3,6 +3,7 @@
 #include "base/awaitables.h"
 #include "base/error.h"
 #include "base/one_shot.h"
+#include "speech/speech_error.h"
 
 #include <QCoreApplication>
 
@@ -180,6 +181,7 @@ QCoro::Task<> DictationController::runSession(Self weak, MainQueue& queue, TaskH
     }
     if (failure) {
         self->handleStartFailure(failure);
+        co_await self->discardTranscript();
         co_return;
     }
     self->showProcessing(translated("Transcribing"));
@@ -204,10 +206,15 @@ QCoro::Task<> DictationController::runCancel(Self weak, MainQueue& queue, TaskHa
     try {
         co_await self->stopCapture(started);
     } catch (const std::exception&) {
-        co_return;
+        // Too short to be worth a message.
     }
-    // The transcriber is brought to its end; what it heard is nobody's business.
-    co_await self->finishWithTimeout();
+    co_await self->discardTranscript();
+}
+
+QCoro::Task<> DictationController::discardTranscript()
+{
+    // Brings the transcriber to its end, so that nothing of what was heard gets into the next dictation.
+    co_await finishWithTimeout();
 }
 
 QCoro::Task<> DictationController::stopCapture(TaskHandle start)

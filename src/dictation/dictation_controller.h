@@ -85,6 +85,7 @@ private:
     [[nodiscard]] QCoro::Task<> startTranscriber(AudioFormat format);
     [[nodiscard]] QCoro::Task<> stopCapture(TaskHandle start);
     [[nodiscard]] QCoro::Task<std::optional<Transcript>> finishWithTimeout();
+    [[nodiscard]] QCoro::Task<> discardTranscript();
     void handleStartFailure(const std::exception_ptr& error);
     void handleFailureWithoutModel(const std::exception_ptr& error);
 

@@ -95,8 +95,10 @@ QCoro::Task<std::optional<QString>> TextInjector::contentToRestore()
 {
     // Between a paste and its restore the clipboard holds that dictation; what the user had there
     // before must not be lost to a second paste within the second.
-    if (loan_ && loan_->changeCount == pasteboard_.changeCount())
-        co_return loan_->content;
+    if (loan_ && loan_->changeCount == pasteboard_.changeCount()) {
+        std::optional<QString> lent = loan_->content;
+        co_return lent;
+    }
     std::optional<QString> content = co_await pasteboard_.string();
     co_return content;
 }

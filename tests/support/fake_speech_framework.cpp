@@ -126,7 +126,8 @@ void FakeSpeechFramework::failResults(const QString& description)
 QCoro::Task<std::vector<Locale>> FakeSpeechFramework::supportedLocales()
 {
     co_await listing.run();
-    co_return locales;
+    // A named member would be moved from.
+    co_return std::vector<Locale>(locales);
 }
 
 std::shared_ptr<SpeechTranscriber> FakeSpeechFramework::makeTranscriber(const Locale& locale)
@@ -158,7 +159,7 @@ QCoro::Task<std::optional<AudioFormat>>
 FakeSpeechFramework::bestAvailableAudioFormat(std::shared_ptr<SpeechTranscriber> /*transcriber*/)
 {
     co_await formatQuery.run();
-    co_return format;
+    co_return std::optional<AudioFormat>(format);
 }
 
 } // namespace corvandi::testing

@@ -10,8 +10,7 @@
 namespace corvandi::testing {
 namespace {
 
-class TerminationSignalsTest : public ::testing::TestWithParam<int> {
-};
+class TerminationSignalsTest : public ::testing::TestWithParam<int> {};
 
 TEST_P(TerminationSignalsTest, TheSignalBecomesACallFromTheEventLoop)
 {

@@ -1,0 +1,92 @@
+#include "dictation/dictation_fixture.h"
+
+namespace corvandi::testing {
+
+DictationFixture::DictationFixture()
+{
+    accessibility.focusTextField();
+    // The recognition stays open until a test ends it.
+    engine.finalizingEndsResults = false;
+    const Platform platform{
+        .queue = queue,
+        .log = log,
+        .eventTaps = taps,
+        .keyboard = keyboard,
+        .pasteboard = pasteboard,
+        .accessibility = accessibility,
+        .workspace = workspace,
+        .audioInput = input,
+        .audioConverters = converters,
+        .captureAuthorization = microphone,
+        .speechFramework = engine,
+        .hudPanels = panels,
+        .locale = Locale(QStringLiteral("en-US")),
+    };
+    controller = DictationController::create(settings, platform);
+}
+
+DictationFixture::~DictationFixture()
+{
+    // Lets every task that a test left behind come to its end.
+    for (ScriptedStep* step :
+         {&input.starting, &input.removing, &engine.listing, &engine.inventory, &engine.downloading,
+          &engine.formatQuery, &engine.starting, &engine.finalizing})
+        step->release();
+    keyboard.freeKeys();
+    queue.drain();
+    if (!engine.dictations().empty())
+        engine.endResults();
+    queue.advance(10s);
+}
+
+void DictationFixture::press()
+{
+    controller->beginDictation();
+    queue.drain();
+}
+
+void DictationFixture::release()
+{
+    controller->endDictation();
+    queue.drain();
+}
+
+void DictationFixture::hold(MainQueue::Duration held)
+{
+    press();
+    queue.advance(held);
+    release();
+}
+
+void DictationFixture::recognise(const QString& text)
+{
+    engine.pushFinal(text);
+    engine.endResults();
+    queue.drain();
+}
+
+void DictationFixture::dictate(const QString& text)
+{
+    hold();
+    recognise(text);
+}
+
+void DictationFixture::dictateAndFail(const QString& text)
+{
+    hold();
+    engine.pushFinal(text);
+    engine.failResults(QStringLiteral("the engine broke"));
+    queue.drain();
+}
+
+bool DictationFixture::shows(HUDState state, const char* message)
+{
+    return panels.isVisible && face().state() == state && face().statusText() == QString::fromUtf8(message);
+}
+
+bool DictationFixture::nothingWasDelivered() const
+{
+    return keyboard.posted.empty() && pasteboard.changes == 0;
+}
+
+} // namespace corvandi::testing
