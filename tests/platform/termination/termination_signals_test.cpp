@@ -15,7 +15,8 @@ class TerminationSignalsTest : public ::testing::TestWithParam<int> {};
 TEST_P(TerminationSignalsTest, TheSignalBecomesACallFromTheEventLoop)
 {
     int calls = 0;
-    const TerminationSignals signals([&] { ++calls; });
+    TerminationSignals signals;
+    signals.watch([&] { ++calls; });
     ASSERT_EQ(kill(getpid(), GetParam()), 0);
     EXPECT_EQ(calls, 0);
     EXPECT_TRUE(waitUntil([&] { return calls == 1; }));
@@ -25,7 +26,7 @@ INSTANTIATE_TEST_SUITE_P(EachSignal, TerminationSignalsTest, ::testing::Values(S
 
 TEST(TerminationSignals, WritingToAClosedPipeDoesNotEndTheProgram)
 {
-    const TerminationSignals signals([] {});
+    const TerminationSignals signals;
     int ends[2] = {};
     ASSERT_EQ(pipe(ends), 0);
     close(ends[0]);

@@ -18,12 +18,16 @@ sigset_t terminatingSignals()
 
 } // namespace
 
-TerminationSignals::TerminationSignals(std::function<void()> terminate)
+TerminationSignals::TerminationSignals()
 {
     const sigset_t signals = terminatingSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     std::signal(SIGPIPE, SIG_IGN);
     descriptor_ = signalfd(-1, &signals, SFD_NONBLOCK | SFD_CLOEXEC);
+}
+
+void TerminationSignals::watch(std::function<void()> terminate)
+{
     notifier_ = std::make_unique<QSocketNotifier>(descriptor_, QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated,
                      [descriptor = descriptor_, terminate = std::move(terminate)] {

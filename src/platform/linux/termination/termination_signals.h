@@ -11,14 +11,18 @@ namespace corvandi {
 /// its event loop and puts in order what it has borrowed. Ignores SIGPIPE: a closed standard error or
 /// socket is no reason to die.
 ///
-/// One instance at a time, created on the main thread after the application object and before any
-/// other thread (threads inherit the signal mask that it sets). Destroying it restores the mask.
+/// One instance at a time, created on the main thread before there is any other thread (threads inherit
+/// the signal mask that it sets), thus before the application object. Destroying it restores the mask.
 class TerminationSignals {
 public:
-    explicit TerminationSignals(std::function<void()> terminate);
+    TerminationSignals();
     ~TerminationSignals();
     TerminationSignals(const TerminationSignals&) = delete;
     TerminationSignals& operator=(const TerminationSignals&) = delete;
+
+    /// From now on calls `terminate` for each signal, also for one that has come already. Needs the
+    /// application object.
+    void watch(std::function<void()> terminate);
 
 private:
     int descriptor_;

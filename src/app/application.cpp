@@ -1,0 +1,66 @@
+#include "app/application.h"
+
+#include "dictation/dictation_controller.h"
+#include "platform/linux/accessibility/at_spi_accessibility_client.h"
+#include "platform/linux/audio/pulse_audio_input.h"
+#include "platform/linux/audio/pulse_capture_authorization.h"
+#include "platform/linux/audio/pulse_server.h"
+#include "platform/linux/audio/speex_audio_converter.h"
+#include "platform/linux/event_loop/qt_main_queue.h"
+#include "platform/linux/hud_panel/x11_hud_panel.h"
+#include "platform/linux/pasteboard/x11_pasteboard.h"
+#include "platform/linux/pocketsphinx/pocketsphinx_framework.h"
+#include "platform/linux/preferences/qt_user_defaults.h"
+#include "platform/linux/workspace/x11_workspace.h"
+#include "platform/linux/x11/x11_event_tap.h"
+#include "platform/linux/x11/x11_keyboard.h"
+
+namespace corvandi {
+
+/// In the order of creation; destroyed in the reverse one.
+struct Application::Objects {
+    explicit Objects(SystemLog& theLog)
+        : log(theLog)
+    {
+    }
+
+    SystemLog& log;
+    QtMainQueue queue;
+    QtUserDefaults userDefaults{log};
+    Settings settings{userDefaults};
+    X11Workspace workspace{queue};
+    AtSpiAccessibilityClient accessibility{log, [](const auto& answered) { answered(false); }};
+    X11EventTaps eventTaps{log};
+    X11Keyboard keyboard{log, [this] { return workspace.frontmostIsTerminal(); }};
+    X11Pasteboard pasteboard{queue};
+    PulseServer soundServer{queue, log};
+    PulseAudioInput audioInput{soundServer, queue, log};
+    PulseCaptureAuthorization captureAuthorization{soundServer, queue, std::nullopt};
+    SpeexAudioConverters audioConverters;
+    PocketSphinxFramework speechFramework{QStringLiteral(CORVANDI_SPEECH_MODEL), queue};
+    X11HUDPanels hudPanels;
+    std::shared_ptr<DictationController> controller = DictationController::create(
+        settings, Platform{queue, log, eventTaps, keyboard, pasteboard, accessibility, workspace, audioInput,
+                           audioConverters, captureAuthorization, speechFramework, hudPanels, Locale::current()});
+};
+
+Application::Application(SystemLog& log)
+    : objects_(std::make_unique<Objects>(log))
+{
+}
+
+Application::~Application()
+{
+    objects_->controller->shutDown();
+}
+
+void Application::start()
+{
+    DictationController& controller = *objects_->controller;
+    controller.applyHotkey();
+    controller.startHotkey();
+    controller.prepareModel();
+    objects_->log.write(QStringLiteral("ready"));
+}
+
+} // namespace corvandi

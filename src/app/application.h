@@ -1,0 +1,28 @@
+#pragma once
+
+#include "base/system_log.h"
+
+#include <memory>
+
+namespace corvandi {
+
+/// The program: the one place where every object is created, wired and owned.
+///
+/// Thread: main thread only, after the application object of the toolkit.
+class Application {
+public:
+    /// `log` outlives the program.
+    explicit Application(SystemLog& log);
+    ~Application();
+    Application(const Application&) = delete;
+    Application& operator=(const Application&) = delete;
+
+    /// Starts the hotkey and has the speech model prepared in the background.
+    void start();
+
+private:
+    struct Objects;
+    std::unique_ptr<Objects> objects_;
+};
+
+} // namespace corvandi
