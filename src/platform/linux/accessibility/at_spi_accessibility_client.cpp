@@ -1,0 +1,64 @@
+#include "platform/linux/accessibility/at_spi_accessibility_client.h"
+
+#include "platform/linux/accessibility/input_extensions.h"
+
+namespace corvandi {
+
+AtSpiAccessibilityClient::AtSpiAccessibilityClient(SystemLog& log, AskPerson askPerson, QDBusConnection bus)
+    : askPerson_(std::move(askPerson))
+    , hasInputExtensions_(hasInputExtensions())
+    , status_(std::move(bus), log)
+    , toolkitSetting_(log)
+{
+    if (!hasInputExtensions_)
+        log.write(QStringLiteral(
+            "the X server lacks XInput 2.2, XKB or XTEST, so keys can't be watched or posted"));
+    QObject::connect(&status_, &AccessibilityStatus::answered, &status_, [this] {
+        if (std::exchange(promptWhenAnswered_, false) && !isTrusted())
+            ask();
+    });
+}
+
+bool AtSpiAccessibilityClient::isTrusted() const
+{
+    return hasInputExtensions_ && status_.state() == AccessibilityStatus::State::enabled;
+}
+
+bool AtSpiAccessibilityClient::isProcessTrusted(TrustPrompt prompting)
+{
+    status_.refresh();
+    const bool trusted = isTrusted();
+    if (!trusted && prompting == TrustPrompt::askPerson)
+        prompt();
+    return trusted;
+}
+
+void AtSpiAccessibilityClient::prompt()
+{
+    if (!hasInputExtensions_ || !status_.hasBus() || isAskingPerson_)
+        return;
+    if (status_.isAsking())
+        promptWhenAnswered_ = true;
+    else
+        ask();
+}
+
+void AtSpiAccessibilityClient::ask()
+{
+    isAskingPerson_ = true;
+    askPerson_([this, alive = std::weak_ptr(alive_)](bool granted) {
+        if (!alive.expired())
+            onAnswer(granted);
+    });
+}
+
+void AtSpiAccessibilityClient::onAnswer(bool granted)
+{
+    const bool isFirstAnswer = std::exchange(isAskingPerson_, false);
+    if (!isFirstAnswer || !granted)
+        return;
+    status_.enable();
+    toolkitSetting_.turnOn();
+}
+
+} // namespace corvandi

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "base/system_log.h"
+#include "platform/accessibility_client.h"
+#include "platform/linux/accessibility/accessibility_status.h"
+#include "platform/linux/accessibility/toolkit_setting.h"
+
+#include <functional>
+#include <memory>
+
+namespace corvandi {
+
+/// Accessibility on an X11 desktop with AT-SPI. Trusted means that the X server has what watching and
+/// posting keys needs (found out once, at construction) and that the desktop's accessibility service is
+/// switched on. The latter is cached and follows the service; while it is unknown, because the service
+/// has not answered yet, is missing or hung, the process is not trusted, and each call makes sure that
+/// the service has been asked.
+///
+/// Thread: main thread only. Asking the service never waits for it; a bus given as the session's should
+/// have been connected before, as the application object does.
+class AtSpiAccessibilityClient : public AccessibilityClient {
+public:
+    using Answer = std::function<void(bool granted)>;
+    /// Asks the person whether accessibility may be switched on. Must return at once and call the
+    /// answer later; calling it more than once, or when the client has gone, does nothing.
+    using AskPerson = std::function<void(Answer)>;
+
+    AtSpiAccessibilityClient(SystemLog& log, AskPerson askPerson,
+                             QDBusConnection bus = QDBusConnection::sessionBus());
+
+    /// With `askPerson`: asks at once when the service is known to be off or out of reach, after its
+    /// answer when that is still under way. One question at a time; none when granting could not help
+    /// (no session bus, or an X server without the extensions). When granted, the service is switched
+    /// on, and the desktop's own setting with it.
+    [[nodiscard]] bool isProcessTrusted(TrustPrompt prompt) override;
+
+private:
+    [[nodiscard]] bool isTrusted() const;
+    void prompt();
+    void ask();
+    void onAnswer(bool granted);
+
+    AskPerson askPerson_;
+    bool hasInputExtensions_;
+    AccessibilityStatus status_;
+    ToolkitSetting toolkitSetting_;
+    bool promptWhenAnswered_ = false;
+    bool isAskingPerson_ = false;
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+};
+
+} // namespace corvandi

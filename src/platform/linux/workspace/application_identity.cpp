@@ -1,0 +1,80 @@
+#include "platform/linux/workspace/application_identity.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <fstream>
+
+namespace corvandi {
+namespace {
+
+/// Terminals that are often installed without a desktop file, by the class of their windows.
+constexpr std::array<const char*, 12> bareTerminals{
+    "xterm",  "uxterm", "lxterm", "koi8rxterm", "rxvt",        "urxvt",
+    "mlterm", "kterm",  "aterm",  "eterm",      "st-256color", "stterm-256color",
+};
+
+bool isBareTerminal(const QString& windowClass)
+{
+    return std::any_of(bareTerminals.begin(), bareTerminals.end(), [&](const char* name) {
+        return windowClass.compare(QLatin1String(name), Qt::CaseInsensitive) == 0;
+    });
+}
+
+/// The name of the process's program; empty when it has ended. A program that was replaced on disk
+/// keeps its name.
+QString executableName(pid_t process)
+{
+    const auto folder = std::filesystem::path("/proc") / std::to_string(process);
+    std::error_code error;
+    const auto program = std::filesystem::read_symlink(folder / "exe", error);
+    if (!error) {
+        QString name = QString::fromStdString(program.filename().string());
+        const QLatin1String deleted(" (deleted)");
+        if (name.endsWith(deleted))
+            name.chop(deleted.size());
+        return name;
+    }
+    // Another user's process hides its program, but not the first 15 characters of its name.
+    std::string name;
+    std::getline(std::ifstream(folder / "comm"), name);
+    return QString::fromStdString(name);
+}
+
+QString nameWithoutDesktopFile(const FrontWindow& window)
+{
+    const QString executable = window.process ? executableName(*window.process) : QString();
+    return executable.isEmpty() ? window.windowClass : executable;
+}
+
+const DesktopEntry* entryOf(const FrontWindow& window, const DesktopIndex& applications)
+{
+    return window.gtkApplicationId.isEmpty() ? applications.withWindowClass(window.windowClass)
+                                             : applications.withId(window.gtkApplicationId);
+}
+
+QString idOf(const FrontWindow& window, const DesktopEntry* entry)
+{
+    if (!window.gtkApplicationId.isEmpty())
+        return window.gtkApplicationId;
+    return entry ? entry->id : nameWithoutDesktopFile(window);
+}
+
+} // namespace
+
+ApplicationIdentity identify(const FrontWindow& window, const DesktopIndex& applications)
+{
+    if (window.isDesktop)
+        return {fileManagerIdentifier, ApplicationKind::ordinary};
+    const DesktopEntry* entry = entryOf(window, applications);
+    const bool isTerminal = entry ? entry->categories.contains(QLatin1String("TerminalEmulator"))
+                                  : isBareTerminal(window.windowClass);
+    ApplicationIdentity identity{idOf(window, entry),
+                                 isTerminal ? ApplicationKind::terminal : ApplicationKind::ordinary};
+    const QString& fileManager = applications.fileManagerId();
+    if (!fileManager.isEmpty() && identity.id == fileManager)
+        identity.id = fileManagerIdentifier;
+    return identity;
+}
+
+} // namespace corvandi

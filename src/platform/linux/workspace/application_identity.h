@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/linux/workspace/desktop_index.h"
+#include "platform/linux/workspace/front_window.h"
+
+#include <QString>
+
+namespace corvandi {
+
+enum class ApplicationKind { ordinary, terminal };
+
+struct ApplicationIdentity {
+    /// The desktop-file identifier, or what comes nearest to one; empty when it can't be told.
+    QString id;
+    ApplicationKind kind = ApplicationKind::ordinary;
+};
+
+/// The identifier under which the file manager and the desktop itself are reported: the one that the
+/// rules about where text may be inserted know.
+inline const QString fileManagerIdentifier = QStringLiteral("com.apple.finder");
+
+/// Tells the application of a window: by the application identifier that it carries, by its class
+/// among the installed applications, by its executable's name, at last by the bare class.
+[[nodiscard]] ApplicationIdentity identify(const FrontWindow& window, const DesktopIndex& applications);
+
+} // namespace corvandi

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "base/main_queue.h"
+#include "platform/linux/workspace/desktop_files.h"
+
+#include <QFileSystemWatcher>
+
+#include <memory>
+#include <thread>
+
+namespace corvandi {
+
+/// The index of installed applications, kept current: read once by a thread of its own when it is
+/// created, and again half a second after a folder with desktop files has changed. A file that is
+/// edited in place, rather than replaced, is noticed only with the next change of its folder.
+///
+/// Thread: main thread only; nothing here waits for the disk, save that destroying it during a reading
+/// waits for the file that is being read.
+class DesktopDatabase {
+public:
+    DesktopDatabase(MainQueue& queue, DesktopPaths paths);
+    ~DesktopDatabase();
+    DesktopDatabase(const DesktopDatabase&) = delete;
+    DesktopDatabase& operator=(const DesktopDatabase&) = delete;
+
+    /// What is known at present: nothing in the first milliseconds. Valid until the event loop runs on.
+    [[nodiscard]] const DesktopIndex& index() const { return files_->index; }
+
+private:
+    void read();
+    void readLater();
+    void take(std::shared_ptr<const DesktopFiles> files);
+    void watch(const QStringList& folders);
+
+    MainQueue& queue_;
+    DesktopPaths paths_;
+    std::shared_ptr<const DesktopFiles> files_ = std::make_shared<const DesktopFiles>();
+    QFileSystemWatcher watcher_;
+    std::unique_ptr<Timer> settling_;
+    bool isReading_ = false;
+    bool changedMeanwhile_ = false;
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+    /// Last, so that it has ended before anything that it uses goes.
+    std::jthread worker_;
+};
+
+} // namespace corvandi

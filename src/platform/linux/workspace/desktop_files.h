@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/linux/workspace/desktop_index.h"
+
+#include <QStringList>
+
+#include <stop_token>
+
+namespace corvandi {
+
+/// Where the desktop's files about applications lie; in both lists the first has most precedence.
+struct DesktopPaths {
+    QStringList applicationFolders;
+    QStringList mimeAppsLists;
+
+    /// As the XDG_* variables (or their standard defaults) say.
+    [[nodiscard]] static DesktopPaths fromEnvironment();
+};
+
+/// What was read, and what must be watched to learn that it has changed.
+struct DesktopFiles {
+    DesktopIndex index;
+    /// Existing folders only.
+    QStringList foldersToWatch;
+};
+
+/// Reads everything: some 100 µs per application. Files that can't be read are left out. Returns early,
+/// with part of it, when `stop` is requested.
+///
+/// Thread: any.
+[[nodiscard]] DesktopFiles readDesktopFiles(const DesktopPaths& paths, const std::stop_token& stop);
+
+} // namespace corvandi

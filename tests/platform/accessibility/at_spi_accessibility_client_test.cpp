@@ -1,0 +1,175 @@
+#include "accessibility_fixture.h"
+#include "support/event_loop.h"
+#include "support/recording_log.h"
+
+#include <QDBusConnectionInterface>
+#include <QElapsedTimer>
+
+#include <csignal>
+
+using namespace corvandi;
+using namespace corvandi::testing;
+using namespace std::chrono_literals;
+
+namespace {
+
+QDBusConnection session()
+{
+    return QDBusConnection::sessionBus();
+}
+
+/// Keeps the desktop's accessibility service from running for as long as it lives.
+class HungService {
+public:
+    HungService()
+        : process_(
+              static_cast<pid_t>(session().interface()->servicePid(QStringLiteral("org.a11y.Bus")).value()))
+    {
+        EXPECT_GT(process_, 1);
+        kill(process_, SIGSTOP);
+    }
+    ~HungService() { kill(process_, SIGCONT); }
+    HungService(const HungService&) = delete;
+    HungService& operator=(const HungService&) = delete;
+
+private:
+    pid_t process_;
+};
+
+/// Each test begins with the service switched on, before its client asks.
+struct SwitchedOn {
+    SwitchedOn() { setEnabled(session(), true); }
+};
+
+class AtSpiAccessibilityClientTest : public ::testing::Test {
+protected:
+    bool becomesTrusted(bool trusted)
+    {
+        return waitUntil([&] { return client.isProcessTrusted(TrustPrompt::silent) == trusted; });
+    }
+
+    void switchOff()
+    {
+        ASSERT_TRUE(becomesTrusted(true));
+        setEnabled(session(), false);
+        ASSERT_TRUE(becomesTrusted(false));
+    }
+
+    SwitchedOn switchedOn;
+    RecordingLog log;
+    Person person;
+    AtSpiAccessibilityClient client{log, person.asker()};
+};
+
+} // namespace
+
+TEST_F(AtSpiAccessibilityClientTest, WithTheServiceSwitchedOnTheProcessIsTrustedAfterAMoment)
+{
+    EXPECT_FALSE(client.isProcessTrusted(TrustPrompt::silent));
+    EXPECT_TRUE(becomesTrusted(true));
+    EXPECT_TRUE(log.lines().empty());
+}
+
+TEST_F(AtSpiAccessibilityClientTest, TrustFollowsTheSwitch)
+{
+    ASSERT_TRUE(becomesTrusted(true));
+    setEnabled(session(), false);
+    EXPECT_TRUE(becomesTrusted(false));
+    setEnabled(session(), true);
+    EXPECT_TRUE(becomesTrusted(true));
+}
+
+TEST_F(AtSpiAccessibilityClientTest, APersonWhoGrantsItSwitchesItOn)
+{
+    switchOff();
+    EXPECT_FALSE(client.isProcessTrusted(TrustPrompt::askPerson));
+    ASSERT_EQ(person.timesAsked, 1);
+    person.pending(true);
+    EXPECT_TRUE(becomesTrusted(true));
+}
+
+TEST_F(AtSpiAccessibilityClientTest, APersonWhoDeclinesLeavesItOff)
+{
+    switchOff();
+    (void)client.isProcessTrusted(TrustPrompt::askPerson);
+    ASSERT_EQ(person.timesAsked, 1);
+    person.pending(false);
+    runFor(200ms);
+    EXPECT_FALSE(client.isProcessTrusted(TrustPrompt::silent));
+}
+
+TEST_F(AtSpiAccessibilityClientTest, APersonIsAskedOneQuestionAtATime)
+{
+    switchOff();
+    (void)client.isProcessTrusted(TrustPrompt::askPerson);
+    ASSERT_EQ(person.timesAsked, 1);
+    (void)client.isProcessTrusted(TrustPrompt::askPerson);
+    EXPECT_EQ(person.timesAsked, 1);
+    person.pending(false);
+    (void)client.isProcessTrusted(TrustPrompt::askPerson);
+    EXPECT_EQ(person.timesAsked, 2);
+}
+
+TEST_F(AtSpiAccessibilityClientTest, NobodyIsAskedBeforeTheServiceHasSaidWhetherItIsOn)
+{
+    // The very first call comes before the service's answer, which is "on".
+    EXPECT_FALSE(client.isProcessTrusted(TrustPrompt::askPerson));
+    ASSERT_TRUE(becomesTrusted(true));
+    (void)client.isProcessTrusted(TrustPrompt::askPerson);
+    runFor(100ms);
+    EXPECT_EQ(person.timesAsked, 0);
+}
+
+TEST_F(AtSpiAccessibilityClientTest, SilentCallsAskNobody)
+{
+    switchOff();
+    EXPECT_FALSE(client.isProcessTrusted(TrustPrompt::silent));
+    runFor(50ms);
+    EXPECT_EQ(person.timesAsked, 0);
+}
+
+TEST_F(AtSpiAccessibilityClientTest, AnAnswerThatComesTooLateDoesNothing)
+{
+    Person late;
+    switchOff();
+    {
+        AtSpiAccessibilityClient shortLived(log, late.asker());
+        (void)shortLived.isProcessTrusted(TrustPrompt::askPerson);
+        ASSERT_TRUE(waitUntil([&] { return late.timesAsked == 1; }));
+    }
+    late.pending(true);
+    runFor(100ms);
+    EXPECT_FALSE(client.isProcessTrusted(TrustPrompt::silent));
+}
+
+TEST_F(AtSpiAccessibilityClientTest, AHungServiceHoldsNothingUp)
+{
+    QElapsedTimer clock;
+    {
+        const HungService hung;
+        clock.start();
+        AtSpiAccessibilityClient fresh(log, person.asker());
+        EXPECT_FALSE(fresh.isProcessTrusted(TrustPrompt::silent));
+        const auto micros = clock.nsecsElapsed() / 1000;
+        std::printf("created and asked in %lld us\n", static_cast<long long>(micros));
+        EXPECT_LT(micros, 10000);
+    }
+    EXPECT_TRUE(becomesTrusted(true));
+}
+
+TEST_F(AtSpiAccessibilityClientTest, WhatIsKnownStaysKnownWhileTheServiceIsHung)
+{
+    ASSERT_TRUE(becomesTrusted(true));
+    const HungService hung;
+    EXPECT_TRUE(client.isProcessTrusted(TrustPrompt::silent));
+}
+
+TEST_F(AtSpiAccessibilityClientTest, APersonIsAskedOnceAHungServiceHasBeenGivenUp)
+{
+    const HungService hung;
+    AtSpiAccessibilityClient fresh(log, person.asker());
+    (void)fresh.isProcessTrusted(TrustPrompt::askPerson);
+    EXPECT_EQ(person.timesAsked, 0);
+    EXPECT_TRUE(waitUntil([&] { return person.timesAsked == 1; }, 8s));
+    EXPECT_TRUE(log.contains(QStringLiteral("the accessibility service does not answer")));
+}
