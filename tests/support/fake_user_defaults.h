@@ -5,12 +5,10 @@
 #include <utility>
 #include <vector>
 
-namespace corvandi::testing
-{
+namespace corvandi::testing {
 
 /// Preferences in memory, with the conversions of the real store, that keep a list of all writes.
-class FakeUserDefaults : public UserDefaults
-{
+class FakeUserDefaults : public UserDefaults {
 public:
     void registerDefaults(const std::map<QString, DefaultsValue>& defaults) override
     {
@@ -19,25 +17,13 @@ public:
     }
     [[nodiscard]] int64_t integer(const QString& key) const override
     {
-        const DefaultsValue* value = find(key);
-        if (!value)
-            return 0;
-        if (const auto* text = std::get_if<QString>(value))
-            return text->toLongLong();
-        if (const auto* flag = std::get_if<bool>(value))
-            return *flag ? 1 : 0;
-        return std::get<int64_t>(*value);
+        return string(key).value_or(QString()).toLongLong();
     }
     [[nodiscard]] bool boolean(const QString& key) const override
     {
-        const DefaultsValue* value = find(key);
-        if (!value)
-            return false;
-        if (const auto* text = std::get_if<QString>(value)) {
-            const QString lower = text->toLower();
-            return lower == QLatin1String("true") || lower == QLatin1String("yes") || text->toLongLong() != 0;
-        }
-        return integer(key) != 0;
+        const QString text = string(key).value_or(QString()).toLower();
+        return text == QLatin1String("true") || text == QLatin1String("yes") || text == QLatin1String("on") ||
+               integer(key) != 0;
     }
     [[nodiscard]] std::optional<QString> string(const QString& key) const override
     {
