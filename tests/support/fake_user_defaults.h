@@ -17,25 +17,13 @@ public:
     }
     [[nodiscard]] int64_t integer(const QString& key) const override
     {
-        const DefaultsValue* value = find(key);
-        if (!value)
-            return 0;
-        if (const auto* text = std::get_if<QString>(value))
-            return text->toLongLong();
-        if (const auto* flag = std::get_if<bool>(value))
-            return *flag ? 1 : 0;
-        return std::get<int64_t>(*value);
+        return string(key).value_or(QString()).toLongLong();
     }
     [[nodiscard]] bool boolean(const QString& key) const override
     {
-        const DefaultsValue* value = find(key);
-        if (!value)
-            return false;
-        if (const auto* text = std::get_if<QString>(value)) {
-            const QString lower = text->toLower();
-            return lower == QLatin1String("true") || lower == QLatin1String("yes") || text->toLongLong() != 0;
-        }
-        return integer(key) != 0;
+        const QString text = string(key).value_or(QString()).toLower();
+        return text == QLatin1String("true") || text == QLatin1String("yes") || text == QLatin1String("on") ||
+               integer(key) != 0;
     }
     [[nodiscard]] std::optional<QString> string(const QString& key) const override
     {
