@@ -1,0 +1,43 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+struct pa_mainloop_api;
+
+namespace corvandi
+{
+
+/// The sound thread: it runs the sound library's event loop, and all of that library's objects live on
+/// it. It sleeps until there is something to do.
+class PulseThread
+{
+public:
+    using Work = std::function<void()>;
+
+    PulseThread();
+    /// Ends the thread. Work that is still waiting is dropped.
+    ~PulseThread();
+    PulseThread(const PulseThread&) = delete;
+    PulseThread& operator=(const PulseThread&) = delete;
+
+    /// Runs `work` on the sound thread, later, in the order of the calls. Never waits. Any thread.
+    void post(Work work);
+    /// Runs `work` on the sound thread and waits for it: for destructors. Not on the sound thread.
+    void runAndWait(const Work& work);
+    /// What the sound library's objects are created on. Sound thread only.
+    [[nodiscard]] pa_mainloop_api& loop();
+
+private:
+    class Loop;
+
+    void runPostedWork();
+
+    std::mutex mutex_;
+    std::vector<Work> posted_;
+    std::unique_ptr<Loop> loop_;
+};
+
+} // namespace corvandi
