@@ -67,7 +67,7 @@ DictationController::DictationController(Private, Settings& settings, const Plat
     , audio_(platform.audioInput, platform.queue)
     , speech_(platform.speechFramework, platform.audioConverters, platform.queue, platform.log,
               platform.locale)
-    , focusInspector_(platform.accessibility)
+    , focusInspector_(platform.focusedElements)
     , injector_(platform.keyboard, platform.pasteboard, platform.queue)
     , hotkey_(platform.eventTaps, platform.queue)
 {

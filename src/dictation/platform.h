@@ -9,6 +9,7 @@
 #include "platform/audio_input.h"
 #include "platform/capture_authorization.h"
 #include "platform/event_tap.h"
+#include "platform/focused_element.h"
 #include "platform/keyboard.h"
 #include "platform/pasteboard.h"
 #include "platform/speech_framework.h"
@@ -24,6 +25,7 @@ struct Platform {
     Keyboard& keyboard;
     Pasteboard& pasteboard;
     AccessibilityClient& accessibility;
+    FocusedElementReader& focusedElements;
     Workspace& workspace;
     AudioInput& audioInput;
     AudioConverters& audioConverters;

@@ -23,7 +23,7 @@ bool hasTextAttributes(const FocusedElement& element)
 
 FocusTarget FocusInspector::currentTarget() const
 {
-    const std::optional<FocusedElement> element = accessibility_.focusedElement();
+    const std::optional<FocusedElement> element = reader_.focusedElement();
     if (!element)
         return FocusTarget::unknown;
     // First of all: a password field is a text field as well.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/accessibility_client.h"
+#include "platform/focused_element.h"
 
 namespace corvandi {
 
@@ -13,15 +13,15 @@ enum class FocusTarget { editable, secure, unknown };
 /// Thread: main thread only.
 class FocusInspector {
 public:
-    explicit FocusInspector(AccessibilityClient& accessibility)
-        : accessibility_(accessibility)
+    explicit FocusInspector(FocusedElementReader& reader)
+        : reader_(reader)
     {
     }
 
     [[nodiscard]] FocusTarget currentTarget() const;
 
 private:
-    AccessibilityClient& accessibility_;
+    FocusedElementReader& reader_;
 };
 
 } // namespace corvandi

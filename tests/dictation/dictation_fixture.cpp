@@ -14,6 +14,7 @@ DictationFixture::DictationFixture()
         .keyboard = keyboard,
         .pasteboard = pasteboard,
         .accessibility = accessibility,
+        .focusedElements = accessibility,
         .workspace = workspace,
         .audioInput = input,
         .audioConverters = converters,

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "platform/accessibility_client.h"
+#include "platform/focused_element.h"
 
 namespace corvandi::testing {
 
 /// An accessibility service that says what the test sets.
-class FakeAccessibility : public AccessibilityClient {
+class FakeAccessibility : public AccessibilityClient, public FocusedElementReader {
 public:
     bool trusted = true;
     std::optional<FocusedElement> element;
