@@ -1,0 +1,272 @@
+#include "platform/linux/x11/x11_event_tap.h"
+
+#include "platform/linux/x11/chord_grabs.h"
+#include "platform/linux/x11/key_code_table.h"
+#include "platform/linux/x11/keymap_reader.h"
+#include "platform/linux/x11/modifier_masks.h"
+#include "platform/linux/x11/x11_connection.h"
+#include "platform/linux/x11/x11_event_pump.h"
+#include "platform/linux/x11/xcb_ptr.h"
+#include "platform/linux/x11/xkb_protocol.h"
+#include "platform/linux/x11/xtest_keys.h"
+
+#include <QStringList>
+
+#include <optional>
+
+#include <xcb/xinput.h>
+
+namespace corvandi {
+namespace {
+
+/// "Option+key 49": the numbers of the preferences, since a log is read together with them.
+QString nameOf(const KeyChord& chord)
+{
+    QStringList parts;
+    if (chord.requiredFlags & modifier_flags::control)
+        parts << QStringLiteral("Control");
+    if (chord.requiredFlags & modifier_flags::option)
+        parts << QStringLiteral("Option");
+    if (chord.requiredFlags & modifier_flags::shift)
+        parts << QStringLiteral("Shift");
+    if (chord.requiredFlags & modifier_flags::command)
+        parts << QStringLiteral("Command");
+    parts << QStringLiteral("key %1").arg(chord.keyCode);
+    return parts.join(QLatin1Char('+'));
+}
+
+void selectEvents(const X11Connection& connection)
+{
+    struct {
+        xcb_input_event_mask_t head;
+        uint32_t mask;
+    } wanted{{XCB_INPUT_DEVICE_ALL, 1},
+             XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE | XCB_INPUT_XI_EVENT_MASK_HIERARCHY};
+    xcb_input_xi_select_events(connection.get(), connection.root(), 1, &wanted.head);
+
+    xcb_xkb_select_events_details_t details{};
+    details.affectState = XCB_XKB_STATE_PART_MODIFIER_STATE;
+    details.stateDetails = XCB_XKB_STATE_PART_MODIFIER_STATE;
+    xcb_xkb_select_events_aux(connection.get(), XCB_XKB_ID_USE_CORE_KBD, XCB_XKB_EVENT_TYPE_STATE_NOTIFY, 0,
+                              0, 0, 0, &details);
+}
+
+uint8_t heldModifiers(const X11Connection& connection)
+{
+    const auto cookie = xcb_xkb_get_state(connection.get(), XCB_XKB_ID_USE_CORE_KBD);
+    const auto state = owned(xcb_xkb_get_state_reply(connection.get(), cookie, nullptr));
+    return state ? state->mods : x11_mask::none;
+}
+
+class X11EventTap : public EventTap {
+public:
+    X11EventTap(X11Connection connection, SystemLog& log, Callback callback)
+        : connection_(std::move(connection))
+        , log_(log)
+        , callback_(std::move(callback))
+        , pump_(
+              connection_, [this](const xcb_generic_event_t& event) { handle(event); },
+              [this] { log_.write(QStringLiteral("the hotkey's connection to the X server is lost")); })
+    {
+        selectEvents(connection_);
+        modifiers_ = heldModifiers(connection_);
+    }
+
+    void setEnabled(bool enabled) override
+    {
+        if (enabled == enabled_)
+            return;
+        enabled_ = enabled;
+        pressed_.reset();
+        if (!enabled)
+            grabs_.reset();
+        else if (chord_)
+            (void)claim(*chord_);
+        pump_.drainSoon();
+    }
+
+    bool watch(const KeyChord& chord) override
+    {
+        chord_.reset();
+        grabs_.reset();
+        if (claim(chord))
+            chord_ = chord;
+        if (!enabled_)
+            grabs_.reset();
+        pump_.drainSoon();
+        return chord_.has_value();
+    }
+
+private:
+    struct Press {
+        uint16_t device;
+        uint32_t x11KeyCode;
+        uint16_t virtualKey;
+    };
+
+    bool claim(const KeyChord& chord)
+    {
+        const auto keyCode = x11KeyCode(chord.keyCode);
+        if (!keyCode) {
+            log_.write(QStringLiteral("the hotkey %1 has no key here").arg(nameOf(chord)));
+            return false;
+        }
+        grabs_.emplace(connection_, X11Chord{*keyCode, x11Mask(chord.requiredFlags)});
+        switch (grabs_->claim()) {
+        case ChordGrabs::Outcome::everything:
+            return true;
+        case ChordGrabs::Outcome::something:
+            log_.write(QStringLiteral("another program holds a part of the hotkey %1").arg(nameOf(chord)));
+            return true;
+        case ChordGrabs::Outcome::nothing:
+            break;
+        }
+        grabs_.reset();
+        log_.write(QStringLiteral("another program holds the hotkey %1").arg(nameOf(chord)));
+        return false;
+    }
+
+    void handle(const xcb_generic_event_t& event)
+    {
+        const int type = event.response_type & 0x7F;
+        if (type == XCB_GE_GENERIC) {
+            const auto& generic = reinterpret_cast<const xcb_ge_generic_event_t&>(event);
+            if (generic.extension == connection_.xinputOpcode())
+                handleXinput(generic);
+        } else if (type == connection_.xkbFirstEvent()) {
+            const auto& state = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event);
+            if (state.xkbType == XCB_XKB_STATE_NOTIFY)
+                modifiersChanged(state.keycode, state.mods);
+        }
+    }
+
+    void handleXinput(const xcb_ge_generic_event_t& event)
+    {
+        switch (event.event_type) {
+        case XCB_INPUT_KEY_PRESS:
+            chordPressed(reinterpret_cast<const xcb_input_key_press_event_t&>(event));
+            break;
+        // A release before the grab was let go comes as the grab's own event, a later one as a raw event.
+        case XCB_INPUT_KEY_RELEASE: {
+            const auto& release = reinterpret_cast<const xcb_input_key_release_event_t&>(event);
+            keyReleased(release.deviceid, release.detail);
+            break;
+        }
+        case XCB_INPUT_RAW_KEY_RELEASE: {
+            const auto& release = reinterpret_cast<const xcb_input_raw_key_release_event_t&>(event);
+            keyReleased(release.deviceid, release.detail);
+            break;
+        }
+        case XCB_INPUT_HIERARCHY:
+            keyboardsChanged(reinterpret_cast<const xcb_input_hierarchy_event_t&>(event));
+            break;
+        default:
+            break;
+        }
+    }
+
+    void chordPressed(const xcb_input_key_press_event_t& event)
+    {
+        // While the grab is active the whole keyboard is cut off from the applications: let it go before
+        // anything else.
+        xcb_input_xi_ungrab_device(connection_.get(), XCB_CURRENT_TIME, event.deviceid);
+        connection_.flush();
+        // What another key does before the keyboard is free again comes here as well.
+        if (!enabled_ || !chord_ || event.detail != x11KeyCode(chord_->keyCode))
+            return;
+        const bool isRepeat = (event.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT) != 0;
+        if (!isRepeat)
+            playNeutralKey(event.deviceid);
+        pressed_ = Press{event.deviceid, event.detail, chord_->keyCode};
+        // The server has matched the modifiers; the event's own are only those of its keyboard.
+        report({KeyEventType::keyDown, chord_->keyCode, modifierFlags(modifiers_) | chord_->requiredFlags});
+    }
+
+    /// Tells the application that the modifier is not struck alone, which would open its menu, and the
+    /// server that the chord's key shall not repeat: every repeat would be caught by the grab again.
+    void playNeutralKey(uint16_t device)
+    {
+        // Read now: layouts change, and typing puts characters onto empty keys.
+        const auto keymap = readKeymap(connection_, device);
+        pump_.drainSoon();
+        const auto key = keymap ? keymap->neutralKey() : std::nullopt;
+        if (!key)
+            return;
+        fakeDeviceKey(connection_, device, *key, KeyDirection::down);
+        fakeDeviceKey(connection_, device, *key, KeyDirection::up);
+        connection_.flush();
+    }
+
+    void keyReleased(uint16_t device, uint32_t keyCode)
+    {
+        if (pressed_ && device == pressed_->device && keyCode == pressed_->x11KeyCode)
+            endPress();
+    }
+
+    void endPress()
+    {
+        const uint16_t key = pressed_->virtualKey;
+        pressed_.reset();
+        report({KeyEventType::keyUp, key, modifierFlags(modifiers_)});
+    }
+
+    void modifiersChanged(uint8_t keyCode, uint8_t modifiers)
+    {
+        if (modifiers == modifiers_)
+            return;
+        modifiers_ = modifiers;
+        if (enabled_)
+            report({KeyEventType::flagsChanged, virtualKeyCode(keyCode).value_or(virtual_key::none),
+                    modifierFlags(modifiers)});
+    }
+
+    void keyboardsChanged(const xcb_input_hierarchy_event_t& event)
+    {
+        constexpr uint32_t gone =
+            XCB_INPUT_HIERARCHY_MASK_SLAVE_REMOVED | XCB_INPUT_HIERARCHY_MASK_DEVICE_DISABLED;
+        bool heldKeyboardGone = false;
+        for (auto info = xcb_input_hierarchy_infos_iterator(&event); info.rem;
+             xcb_input_hierarchy_info_next(&info)) {
+            if (pressed_ && info.data->deviceid == pressed_->device && (info.data->flags & gone))
+                heldKeyboardGone = true;
+        }
+        if (grabs_)
+            (void)grabs_->claim();
+        pump_.drainSoon();
+        if (heldKeyboardGone)
+            endPress();
+    }
+
+    void report(const KeyEvent& event)
+    {
+        // The server has swallowed what is to be swallowed.
+        (void)callback_(event);
+    }
+
+    X11Connection connection_;
+    SystemLog& log_;
+    Callback callback_;
+    /// What is watched, whether the tap is on or off.
+    std::optional<KeyChord> chord_;
+    /// Present while the tap is on and watches a chord.
+    std::optional<ChordGrabs> grabs_;
+    std::optional<Press> pressed_;
+    uint8_t modifiers_ = x11_mask::none;
+    bool enabled_ = false;
+    X11EventPump pump_;
+};
+
+} // namespace
+
+std::unique_ptr<EventTap> X11EventTaps::create(const KeyChord& chord, EventTap::Callback callback)
+{
+    auto connection = X11Connection::open(log_);
+    if (!connection)
+        return nullptr;
+    auto tap = std::make_unique<X11EventTap>(std::move(*connection), log_, std::move(callback));
+    if (!tap->watch(chord))
+        return nullptr;
+    return tap;
+}
+
+} // namespace corvandi
