@@ -2,11 +2,11 @@
 
 #include "platform/linux/x11/chord_grabs.h"
 #include "platform/linux/x11/key_code_table.h"
+#include "platform/linux/x11/keyboard_state.h"
 #include "platform/linux/x11/keymap_reader.h"
 #include "platform/linux/x11/modifier_masks.h"
 #include "platform/linux/x11/x11_connection.h"
 #include "platform/linux/x11/x11_event_pump.h"
-#include "platform/linux/x11/xcb_ptr.h"
 #include "platform/linux/x11/xkb_protocol.h"
 #include "platform/linux/x11/xtest_keys.h"
 
@@ -51,26 +51,22 @@ void selectEvents(const X11Connection& connection)
                               0, 0, 0, &details);
 }
 
-uint8_t heldModifiers(const X11Connection& connection)
-{
-    const auto cookie = xcb_xkb_get_state(connection.get(), XCB_XKB_ID_USE_CORE_KBD);
-    const auto state = owned(xcb_xkb_get_state_reply(connection.get(), cookie, nullptr));
-    return state ? state->mods : x11_mask::none;
-}
-
 class X11EventTap : public EventTap {
 public:
-    X11EventTap(X11Connection connection, SystemLog& log, Callback callback)
+    X11EventTap(X11Connection connection, SystemLog& log, WatchedChord& watched, Callback callback)
         : connection_(std::move(connection))
         , log_(log)
+        , watched_(watched)
         , callback_(std::move(callback))
         , pump_(
               connection_, [this](const xcb_generic_event_t& event) { handle(event); },
               [this] { log_.write(QStringLiteral("the hotkey's connection to the X server is lost")); })
     {
         selectEvents(connection_);
-        modifiers_ = heldModifiers(connection_);
+        if (const auto state = readState(connection_))
+            modifiers_ = static_cast<uint8_t>(state->held | state->latched | state->locked);
     }
+    ~X11EventTap() override { release(); }
 
     void setEnabled(bool enabled) override
     {
@@ -79,7 +75,7 @@ public:
         enabled_ = enabled;
         pressed_.reset();
         if (!enabled)
-            grabs_.reset();
+            release();
         else if (chord_)
             (void)claim(*chord_);
         pump_.drainSoon();
@@ -88,11 +84,11 @@ public:
     bool watch(const KeyChord& chord) override
     {
         chord_.reset();
-        grabs_.reset();
+        release();
         if (claim(chord))
             chord_ = chord;
         if (!enabled_)
-            grabs_.reset();
+            release();
         pump_.drainSoon();
         return chord_.has_value();
     }
@@ -104,6 +100,13 @@ private:
         uint16_t virtualKey;
     };
 
+    void release()
+    {
+        if (grabs_)
+            watched_.chord.reset();
+        grabs_.reset();
+    }
+
     bool claim(const KeyChord& chord)
     {
         const auto keyCode = x11KeyCode(chord.keyCode);
@@ -111,7 +114,8 @@ private:
             log_.write(QStringLiteral("the hotkey %1 has no key here").arg(nameOf(chord)));
             return false;
         }
-        grabs_.emplace(connection_, X11Chord{*keyCode, x11Mask(chord.requiredFlags)});
+        watched_.chord = X11Chord{*keyCode, x11Mask(chord.requiredFlags)};
+        grabs_.emplace(connection_, *watched_.chord);
         switch (grabs_->claim()) {
         case ChordGrabs::Outcome::everything:
             return true;
@@ -121,7 +125,7 @@ private:
         case ChordGrabs::Outcome::nothing:
             break;
         }
-        grabs_.reset();
+        release();
         log_.write(QStringLiteral("another program holds the hotkey %1").arg(nameOf(chord)));
         return false;
     }
@@ -245,6 +249,7 @@ private:
 
     X11Connection connection_;
     SystemLog& log_;
+    WatchedChord& watched_;
     Callback callback_;
     /// What is watched, whether the tap is on or off.
     std::optional<KeyChord> chord_;
@@ -263,7 +268,7 @@ std::unique_ptr<EventTap> X11EventTaps::create(const KeyChord& chord, EventTap::
     auto connection = X11Connection::open(log_);
     if (!connection)
         return nullptr;
-    auto tap = std::make_unique<X11EventTap>(std::move(*connection), log_, std::move(callback));
+    auto tap = std::make_unique<X11EventTap>(std::move(*connection), log_, watched_, std::move(callback));
     if (!tap->watch(chord))
         return nullptr;
     return tap;

@@ -2,6 +2,7 @@
 
 #include "base/system_log.h"
 #include "platform/event_tap.h"
+#include "platform/linux/x11/watched_chord.h"
 
 namespace corvandi {
 
@@ -23,9 +24,10 @@ namespace corvandi {
 /// X server gone: the log says so once, and the tap is silent from then on.
 class X11EventTaps : public EventTaps {
 public:
-    /// `log` must outlive the taps.
-    explicit X11EventTaps(SystemLog& log)
+    /// `log` and `watched` must outlive the taps; the tap that is on keeps `watched` up to date.
+    X11EventTaps(SystemLog& log, WatchedChord& watched)
         : log_(log)
+        , watched_(watched)
     {
     }
 
@@ -36,6 +38,7 @@ public:
 
 private:
     SystemLog& log_;
+    WatchedChord& watched_;
 };
 
 } // namespace corvandi
