@@ -57,7 +57,8 @@ protected:
     }
 
     RecordingLog log;
-    X11EventTaps taps{log};
+    WatchedChord watched;
+    X11EventTaps taps{log, watched};
     std::vector<KeyEvent> events;
     std::unique_ptr<EventTap> tap;
     KeyWitness witness;

@@ -27,7 +27,8 @@ int main(int argc, char** argv)
 {
     QCoreApplication application(argc, argv);
     StandardErrorLog log;
-    corvandi::X11EventTaps taps(log);
+    corvandi::WatchedChord watched;
+    corvandi::X11EventTaps taps(log, watched);
     const auto tap = taps.create(corvandi::KeyChord{}, [](const corvandi::KeyEvent& event) {
         if (event.type == corvandi::KeyEventType::keyDown)
             say("down");

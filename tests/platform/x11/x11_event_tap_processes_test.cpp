@@ -169,7 +169,8 @@ protected:
 
     QProcess server;
     RecordingLog log;
-    X11EventTaps taps{log};
+    WatchedChord watched;
+    X11EventTaps taps{log, watched};
     std::unique_ptr<EventTap> tap;
 };
 
@@ -193,7 +194,8 @@ TEST(X11EventTapWithoutServerTest, NoTapIsMadeWithoutAServer)
     const QByteArray before = qgetenv("DISPLAY");
     qputenv("DISPLAY", ":12345");
     RecordingLog log;
-    X11EventTaps taps(log);
+    WatchedChord watched;
+    X11EventTaps taps(log, watched);
     const auto tap = taps.create(KeyChord{}, [](const KeyEvent&) { return TapVerdict::pass; });
     qputenv("DISPLAY", before);
     EXPECT_EQ(tap, nullptr);
