@@ -1,0 +1,120 @@
+#include "platform/linux/x11/x11_key_event_source.h"
+
+#include "platform/linux/x11/key_code_table.h"
+#include "platform/linux/x11/key_plan.h"
+#include "platform/linux/x11/modifier_masks.h"
+#include "platform/linux/x11/typed_text.h"
+#include "platform/linux/x11/xtest_keys.h"
+
+#include <algorithm>
+
+namespace corvandi {
+
+X11KeyEventSource::X11KeyEventSource(const X11Connection& connection, Keymap keymap,
+                                     const KeyboardState& state, CharacterMap characters,
+                                     Question frontmostIsTerminal)
+    : connection_(connection)
+    , keymap_(std::move(keymap))
+    , characters_(std::move(characters))
+    , frontmostIsTerminal_(std::move(frontmostIsTerminal))
+    , suspendedLocks_(static_cast<uint8_t>(state.locked & ~x11_mask::numLock))
+{
+    letModifiersGo(state);
+}
+
+X11KeyEventSource::~X11KeyEventSource()
+{
+    while (!down_.empty())
+        post({down_.back().virtualKey, KeyDirection::up, 0, {}});
+    if (suspendedLocks_)
+        setLocks(connection_, suspendedLocks_, suspendedLocks_);
+    connection_.flush();
+}
+
+void X11KeyEventSource::letModifiersGo(const KeyboardState& state)
+{
+    constexpr uint8_t opensMenus = x11_mask::alt | x11_mask::super;
+    const auto neutral = keymap_.neutralKey();
+    if ((state.held & opensMenus) && neutral) {
+        fakeKey(connection_, *neutral, KeyDirection::down);
+        fakeKey(connection_, *neutral, KeyDirection::up);
+    }
+    if (state.held & ~lockModifiers) {
+        for (const uint8_t key : heldModifierKeys(connection_, keymap_))
+            fakeKey(connection_, key, KeyDirection::up);
+    }
+    if (suspendedLocks_ || state.latched)
+        setLocks(connection_, suspendedLocks_, x11_mask::none);
+}
+
+std::optional<SyntheticKeyEvent> X11KeyEventSource::makeKeyEvent(uint16_t virtualKey, KeyDirection direction)
+{
+    if (!x11KeyCode(virtualKey))
+        return std::nullopt;
+    return SyntheticKeyEvent{virtualKey, direction, 0, {}};
+}
+
+void X11KeyEventSource::post(const SyntheticKeyEvent& event)
+{
+    if (event.direction == KeyDirection::down) {
+        if (event.text.empty())
+            press(event);
+        else
+            type(event.text);
+        return;
+    }
+    const auto held = std::find_if(down_.begin(), down_.end(),
+                                   [&](const HeldKey& key) { return key.virtualKey == event.virtualKey; });
+    if (!event.text.empty() || held == down_.end())
+        return;
+    const HeldKey key = *held;
+    down_.erase(held);
+    release(key);
+}
+
+void X11KeyEventSource::type(const std::u16string& text)
+{
+    for (const KeyAction& action : planText(typedCharacters(text), characters_, keymap_))
+        fakeKey(connection_, action.keyCode, action.direction);
+}
+
+void X11KeyEventSource::press(const SyntheticKeyEvent& event)
+{
+    const auto stroke = strokeFor(event);
+    if (!stroke)
+        return;
+    for (const uint8_t modifier : modifierKeys(stroke->modifiers, keymap_))
+        fakeKey(connection_, modifier, KeyDirection::down);
+    fakeKey(connection_, stroke->keyCode, KeyDirection::down);
+    down_.push_back({event.virtualKey, *stroke});
+}
+
+void X11KeyEventSource::release(const HeldKey& key)
+{
+    fakeKey(connection_, key.stroke.keyCode, KeyDirection::up);
+    for (const uint8_t modifier : modifierKeys(key.stroke.modifiers, keymap_))
+        fakeKey(connection_, modifier, KeyDirection::up);
+}
+
+std::optional<Stroke> X11KeyEventSource::strokeFor(const SyntheticKeyEvent& event) const
+{
+    const auto keyCode = x11KeyCode(event.virtualKey);
+    if (!keyCode)
+        return std::nullopt;
+    if (event.virtualKey == virtual_key::v && event.flags == modifier_flags::command)
+        return pasteShortcut(*keyCode);
+    return Stroke{*keyCode, x11Mask(event.flags)};
+}
+
+/// Applications look for the letter, not for the place of the key; where the layout has no Latin letters
+/// they go by the place.
+Stroke X11KeyEventSource::pasteShortcut(uint8_t physicalKey) const
+{
+    const auto letter = characters_.find(U'v');
+    const bool isPlain = letter && letter->modifiers == x11_mask::none;
+    const uint8_t modifiers =
+        frontmostIsTerminal_() ? x11_mask::control | x11_mask::shift : x11_mask::control;
+    return {isPlain ? letter->keyCode : physicalKey, modifiers};
+}
+
+} // namespace corvandi

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "platform/keyboard.h"
+#include "platform/linux/x11/character_map.h"
+#include "platform/linux/x11/keyboard_state.h"
+#include "platform/linux/x11/x11_connection.h"
+
+#include <functional>
+#include <vector>
+
+namespace corvandi {
+
+/// Plays keys on the server's keyboard for synthetic keys, on a keymap that bears every character of the
+/// text. While it lives, held modifiers are let go, and CapsLock (and other locks, but for NumLock) is
+/// off.
+///
+/// Keys are queued and sent when the queue is full, and all at the end; nothing is waited for.
+class X11KeyEventSource : public KeyEventSource {
+public:
+    using Question = std::function<bool()>;
+
+    /// `connection` must outlive the source. `frontmostIsTerminal` is asked once for each paste shortcut.
+    X11KeyEventSource(const X11Connection& connection, Keymap keymap, const KeyboardState& state,
+                      CharacterMap characters, Question frontmostIsTerminal);
+    ~X11KeyEventSource() override;
+
+    X11KeyEventSource(const X11KeyEventSource&) = delete;
+    X11KeyEventSource& operator=(const X11KeyEventSource&) = delete;
+
+    [[nodiscard]] std::optional<SyntheticKeyEvent> makeKeyEvent(uint16_t virtualKey,
+                                                                KeyDirection direction) override;
+    void post(const SyntheticKeyEvent& event) override;
+
+private:
+    struct HeldKey {
+        uint16_t virtualKey;
+        Stroke stroke;
+    };
+
+    void letModifiersGo(const KeyboardState& state);
+    void type(const std::u16string& text);
+    void press(const SyntheticKeyEvent& event);
+    void release(const HeldKey& key);
+    [[nodiscard]] std::optional<Stroke> strokeFor(const SyntheticKeyEvent& event) const;
+    [[nodiscard]] Stroke pasteShortcut(uint8_t physicalKey) const;
+
+    const X11Connection& connection_;
+    Keymap keymap_;
+    CharacterMap characters_;
+    Question frontmostIsTerminal_;
+    uint8_t suspendedLocks_;
+    std::vector<HeldKey> down_;
+};
+
+} // namespace corvandi
