@@ -77,6 +77,7 @@ struct SphinxDecoder::State {
 SphinxDecoder::SphinxDecoder(const ModelFiles& files)
     : state_(std::make_unique<State>())
 {
+    err_set_logfp(nullptr);
     err_set_callback(&libraryReported, nullptr);
     const sphinx::Config config = makeConfig(files);
     ps_decoder_t* decoder = nullptr;

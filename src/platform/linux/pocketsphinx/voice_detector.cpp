@@ -25,16 +25,14 @@ struct VoiceDetector::State {
     std::unique_ptr<SpeexPreprocessState, PreprocessDeleter> preprocess{
         speex_preprocess_state_init(static_cast<int>(samplesPerFrame), sampleRate)};
 
-    void set(int request, int value) { speex_preprocess_ctl(preprocess.get(), request, &value); }
+    bool heardVoice = false;
 };
 
 VoiceDetector::VoiceDetector()
     : state_(std::make_unique<State>())
 {
-    state_->set(SPEEX_PREPROCESS_SET_VAD, 1);
-    state_->set(SPEEX_PREPROCESS_SET_DENOISE, 0);
-    state_->set(SPEEX_PREPROCESS_SET_PROB_START, startProbability);
-    state_->set(SPEEX_PREPROCESS_SET_PROB_CONTINUE, continueProbability);
+    int off = 0;
+    speex_preprocess_ctl(state_->preprocess.get(), SPEEX_PREPROCESS_SET_DENOISE, &off);
 }
 
 VoiceDetector::~VoiceDetector() = default;
@@ -44,7 +42,12 @@ bool VoiceDetector::hears(std::span<const int16_t> frame)
     // It works in place.
     std::array<int16_t, samplesPerFrame> copy{};
     std::copy_n(frame.begin(), copy.size(), copy.begin());
-    return speex_preprocess_run(state_->preprocess.get(), copy.data()) != 0;
+    speex_preprocess_run(state_->preprocess.get(), copy.data());
+    // The library's own detector is this same comparison, but switching it on prints a warning.
+    int probability = 0;
+    speex_preprocess_ctl(state_->preprocess.get(), SPEEX_PREPROCESS_GET_PROB, &probability);
+    state_->heardVoice = probability > (state_->heardVoice ? continueProbability : startProbability);
+    return state_->heardVoice;
 }
 
 } // namespace corvandi
