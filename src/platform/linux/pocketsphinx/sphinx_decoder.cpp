@@ -51,6 +51,8 @@ sphinx::Config makeConfig(const ModelFiles& files)
     sphinx::switchOff(config, "fwdflat");
     sphinx::switchOff(config, "remove_noise");
     sphinx::setInteger(config, "topn", 3);
+    // Bounds the work on the few moments in which everything seems possible, such as the end of speech.
+    sphinx::setInteger(config, "maxhmmpf", 10000);
     return config;
 }
 
