@@ -51,6 +51,8 @@ sphinx::Config makeConfig(const ModelFiles& files)
     sphinx::switchOff(config, "fwdflat");
     sphinx::switchOff(config, "remove_noise");
     sphinx::setInteger(config, "topn", 3);
+    // Bounds the work on the few moments in which everything seems possible, such as the end of speech.
+    sphinx::setInteger(config, "maxhmmpf", 10000);
     return config;
 }
 
@@ -77,6 +79,7 @@ struct SphinxDecoder::State {
 SphinxDecoder::SphinxDecoder(const ModelFiles& files)
     : state_(std::make_unique<State>())
 {
+    err_set_logfp(nullptr);
     err_set_callback(&libraryReported, nullptr);
     const sphinx::Config config = makeConfig(files);
     ps_decoder_t* decoder = nullptr;

@@ -1,0 +1,1 @@
+#include "platform/linux/pocketsphinx/model_files.h"
