@@ -25,6 +25,8 @@ QString gsettings(const QStringList& arguments)
 
 TEST(ToolkitSetting, TheDesktopsSettingIsTurnedOn)
 {
+    // A store that outlives its processes also where no settings daemon runs.
+    qputenv("GSETTINGS_BACKEND", "keyfile");
     gsettings(QStringList(QStringLiteral("set")) + key + QStringList(QStringLiteral("false")));
     ASSERT_EQ(gsettings(QStringList(QStringLiteral("get")) + key), QStringLiteral("false"));
     RecordingLog log;
