@@ -7,7 +7,6 @@
 #include <QFontDatabase>
 #include <QPaintEvent>
 #include <QPainter>
-#include <QPainterPath>
 
 namespace corvandi {
 namespace {
@@ -71,9 +70,12 @@ void HudView::setBackdrop(HudBackdrop backdrop)
 
 QRegion HudView::pillRegion() const
 {
-    QPainterPath path;
-    path.addRoundedRect(layout_.pill, capsuleRadius(layout_.pill), capsuleRadius(layout_.pill));
-    return QRegion(path.toFillPolygon().toPolygon());
+    const QRect pill = layout_.pill.toRect();
+    const int diameter = qMin(pill.width(), pill.height());
+    const QRect left(pill.topLeft(), QSize(diameter, diameter));
+    const QRect right = left.translated(pill.width() - diameter, 0);
+    const QRect middle(left.center().x(), pill.top(), pill.width() - diameter, pill.height());
+    return QRegion(left, QRegion::Ellipse) + QRegion(right, QRegion::Ellipse) + middle;
 }
 
 void HudView::refresh()
@@ -124,8 +126,8 @@ void HudView::paintEvent(QPaintEvent* event)
 
 void HudView::paintPill(QPainter& painter, const HudColors& colors)
 {
-    const QRectF outline = layout_.pill.adjusted(0.5, 0.5, -0.5, -0.5);
-    if (backdrop_ == HudBackdrop::translucent) {
+    const bool isTranslucent = backdrop_ == HudBackdrop::translucent;
+    if (isTranslucent) {
         // The shadow must not darken the glass from below.
         painter.setCompositionMode(QPainter::CompositionMode_Source);
         painter.setPen(Qt::NoPen);
@@ -133,7 +135,10 @@ void HudView::paintPill(QPainter& painter, const HudColors& colors)
         painter.drawRoundedRect(layout_.pill, capsuleRadius(layout_.pill), capsuleRadius(layout_.pill));
         painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     }
-    painter.setPen(QPen(colors.edge, 1));
+    // Cut out, the capsule has steps instead of a soft outline: a wider edge reaches over them.
+    const qreal inset = isTranslucent ? 0.5 : 0;
+    const QRectF outline = layout_.pill.adjusted(inset, inset, -inset, -inset);
+    painter.setPen(QPen(colors.edge, isTranslucent ? 1 : 3));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(outline, capsuleRadius(outline), capsuleRadius(outline));
 }
