@@ -1,0 +1,255 @@
+#include "hud_view/hud_view.h"
+
+#include "support/event_loop.h"
+
+#include <QGuiApplication>
+#include <QPainter>
+#include <QPalette>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace corvandi {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::runFor;
+using testing::waitUntil;
+
+QPalette palette(const QColor& window)
+{
+    QPalette palette(window);
+    palette.setColor(QPalette::Highlight, QColor(48, 140, 198));
+    return palette;
+}
+
+/// Counts how often a widget is painted.
+class PaintCounter : public QObject {
+public:
+    explicit PaintCounter(QWidget& watched) { watched.installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+    int count = 0;
+};
+
+class HudViewTest : public ::testing::Test {
+protected:
+    HudViewTest()
+    {
+        view.setAttribute(Qt::WA_TranslucentBackground);
+        view.setPalette(palette(Qt::white));
+        view.resize(300 + 2 * HudView::shadowMargin, 64 + 2 * HudView::shadowMargin);
+        speak();
+    }
+    /// Fills the meter as somebody's voice would.
+    void speak()
+    {
+        std::vector<double> bars;
+        for (int i = 0; i < 28; ++i)
+            bars.push_back(std::max(0.06, std::abs(std::sin(i * 0.55) * std::cos(i * 0.21))));
+        model.setBars(bars);
+    }
+    void show(HUDState state, const QString& text = QString())
+    {
+        model.setState(state);
+        model.setStatusText(text);
+    }
+    [[nodiscard]] QImage picture() { return view.grab().toImage(); }
+    [[nodiscard]] QColor colorAt(const QImage& image, const QPointF& point) const
+    {
+        return image.pixelColor((point * image.devicePixelRatio()).toPoint());
+    }
+    /// The number of points in which the column at `x` has about this colour, on the view's middle.
+    [[nodiscard]] qreal heightOf(const QImage& image, const QColor& color, qreal x) const
+    {
+        int found = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            const QColor pixel = image.pixelColor(static_cast<int>(x * image.devicePixelRatio()), y);
+            found += std::abs(pixel.hue() - color.hue()) < 4 && pixel.saturation() > 140 ? 1 : 0;
+        }
+        return found / image.devicePixelRatio();
+    }
+    /// Keeps a picture of the view, on something like a desktop, to be looked at.
+    void keep(const QString& name)
+    {
+        const QImage drawn = picture();
+        QImage desk(drawn.size(), QImage::Format_RGB32);
+        desk.fill(view.palette().color(QPalette::Window).lightness() < 128 ? QColor(58, 74, 96)
+                                                                           : QColor(196, 206, 216));
+        desk.setDevicePixelRatio(drawn.devicePixelRatio());
+        QPainter(&desk).drawImage(0, 0, drawn);
+        const QString scale = QString::number(qRound(drawn.devicePixelRatio()));
+        EXPECT_TRUE(desk.save(QStringLiteral(SCREENSHOTS "/hud_%1_%2x.png").arg(name, scale)));
+    }
+
+    HUDModel model;
+    HudView view{model};
+    PaintCounter paints{view};
+};
+
+struct Face {
+    const char* name;
+    HUDState state;
+    const char* text;
+};
+
+const Face faces[] = {
+    {"recording", HUDState::recording, ""},
+    {"processing", HUDState::processing, "Transcribing…"},
+    {"notice", HUDState::notice, "Copied to the clipboard"},
+    {"error", HUDState::error, "No speech was recognised"},
+    {"long", HUDState::notice, "The text is on the clipboard because another application is in front"},
+    {"alone", HUDState::error, ""},
+};
+
+TEST_F(HudViewTest, EveryFaceIsKeptAsAPicture)
+{
+    const std::pair<const char*, QColor> looks[] = {{"light", Qt::white}, {"dark", QColor(40, 40, 44)}};
+    for (const auto& [look, window] : looks) {
+        view.setPalette(palette(window));
+        for (const Face& face : faces) {
+            show(face.state, QString::fromUtf8(face.text));
+            model.setElapsed(QStringLiteral("0:12"));
+            keep(QStringLiteral("%1_%2").arg(QLatin1String(face.name), QLatin1String(look)));
+        }
+    }
+}
+
+TEST_F(HudViewTest, NothingIsDrawnOutsideOfThePillButItsShadow)
+{
+    show(HUDState::recording);
+    const QImage image = picture();
+    EXPECT_EQ(colorAt(image, {1, 1}).alpha(), 0);
+    EXPECT_EQ(colorAt(image, {1, view.height() / 2.0}).alpha(), 0);
+    const qreal middle = view.pill().center().x();
+    const QColor below = colorAt(image, {middle, view.pill().bottom() + 3});
+    const QColor above = colorAt(image, {middle, view.pill().top() - 4});
+    EXPECT_GT(below.alpha(), 10);
+    EXPECT_LT(below.alpha(), 60);
+    EXPECT_LT(above.alpha(), below.alpha()) << "the shadow falls downwards";
+    EXPECT_GT(colorAt(image, view.pill().center()).alpha(), 200);
+}
+
+TEST_F(HudViewTest, BarsAreDrawnInTheAccentColourAtTheirHeights)
+{
+    const QColor accent = view.palette().color(QPalette::Highlight);
+    const std::pair<double, double> heights[] = {{0.06, 3}, {0.5, 15}, {1.0, 30}};
+    for (const auto& [value, height] : heights) {
+        model.setBars(std::vector<double>(28, value));
+        show(HUDState::recording);
+        // The first bar begins behind the padding, the dot and a space.
+        const qreal x = view.pill().left() + 14 + 7 + 9 + 1;
+        EXPECT_NEAR(heightOf(picture(), accent, x), height, 1) << value;
+    }
+}
+
+TEST_F(HudViewTest, FollowsALightAndADarkDesktop)
+{
+    show(HUDState::notice);
+    const QPointF inside(view.pill().left() + 8, view.pill().center().y());
+    EXPECT_GT(colorAt(picture(), inside).lightness(), 200);
+    view.setPalette(palette(QColor(40, 40, 44)));
+    EXPECT_LT(colorAt(picture(), inside).lightness(), 80);
+}
+
+TEST_F(HudViewTest, NoticesAreGreenAndErrorsOrange)
+{
+    const std::pair<HUDState, QColor> symbols[] = {{HUDState::notice, QColor(36, 160, 66)},
+                                                   {HUDState::error, QColor(226, 118, 0)}};
+    for (const auto& [state, color] : symbols) {
+        show(state);
+        const QPointF edgeOfSymbol(view.pill().left() + 14 + 2, view.pill().center().y());
+        EXPECT_NEAR(colorAt(picture(), edgeOfSymbol).hue(), color.hue(), 6);
+    }
+}
+
+TEST_F(HudViewTest, AgainstAnOpaqueBackdropEveryPixelIsSolid)
+{
+    show(HUDState::recording);
+    view.setBackdrop(HudBackdrop::opaque);
+    const QImage image = picture();
+    for (const QPointF& point : {QPointF(1, 1), view.pill().center(), view.pill().topLeft()})
+        EXPECT_EQ(colorAt(image, point).alpha(), 255);
+}
+
+TEST_F(HudViewTest, ThePillsRegionIsACapsule)
+{
+    show(HUDState::recording);
+    const QRegion region = view.pillRegion();
+    EXPECT_EQ(region.boundingRect(), view.pill().toRect());
+    EXPECT_TRUE(region.contains(view.pill().center().toPoint()));
+    EXPECT_FALSE(region.contains(view.pill().topLeft().toPoint()));
+}
+
+TEST_F(HudViewTest, TellsWhenThePillChangesAndOnlyThen)
+{
+    show(HUDState::recording);
+    int changes = 0;
+    QObject::connect(&view, &HudView::pillChanged, &view, [&changes] { ++changes; });
+    model.setBars(std::vector<double>(28, 1.0));
+    model.setElapsed(QStringLiteral("0:05"));
+    EXPECT_EQ(changes, 0);
+    model.setState(HUDState::error);
+    EXPECT_EQ(changes, 1);
+}
+
+TEST_F(HudViewTest, TheRecordingDotAndTheSpinnerMoveWhileVisible)
+{
+    view.show();
+    ASSERT_TRUE(waitUntil([this] { return paints.count > 0; }));
+    for (const HUDState state : {HUDState::recording, HUDState::processing}) {
+        show(state);
+        paints.count = 0;
+        EXPECT_TRUE(waitUntil([this] { return paints.count > 5; }));
+    }
+}
+
+TEST_F(HudViewTest, TheOtherFacesAreDrawnOnceAndThenRest)
+{
+    view.show();
+    for (const HUDState state : {HUDState::notice, HUDState::error}) {
+        show(state, QStringLiteral("Copied"));
+        runFor(200ms);
+        paints.count = 0;
+        runFor(300ms);
+        EXPECT_EQ(paints.count, 0);
+    }
+}
+
+TEST_F(HudViewTest, NothingRunsWhileHiddenWhateverTheModelDoes)
+{
+    view.show();
+    show(HUDState::recording);
+    ASSERT_TRUE(waitUntil([this] { return paints.count > 0; }));
+    view.hide();
+    QCoreApplication::processEvents();
+    paints.count = 0;
+    speak();
+    show(HUDState::processing, QStringLiteral("Transcribing"));
+    show(HUDState::recording);
+    runFor(300ms);
+    EXPECT_EQ(paints.count, 0);
+    const QList<QTimer*> timers = view.findChildren<QTimer*>();
+    EXPECT_EQ(timers.size(), 1);
+    for (const QTimer* timer : timers)
+        EXPECT_FALSE(timer->isActive());
+}
+
+TEST_F(HudViewTest, AnimatesAgainWhenShownAgain)
+{
+    show(HUDState::recording);
+    view.show();
+    ASSERT_TRUE(waitUntil([this] { return paints.count > 2; }));
+    view.hide();
+    view.show();
+    paints.count = 0;
+    EXPECT_TRUE(waitUntil([this] { return paints.count > 5; }));
+}
+
+} // namespace
+} // namespace corvandi
