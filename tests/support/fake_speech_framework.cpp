@@ -126,7 +126,9 @@ void FakeSpeechFramework::failResults(const QString& description)
 QCoro::Task<std::vector<Locale>> FakeSpeechFramework::supportedLocales()
 {
     co_await listing.run();
-    co_return locales;
+    // A copy: a task moves what it returns, even out of a member.
+    std::vector<Locale> listed = locales;
+    co_return listed;
 }
 
 std::shared_ptr<SpeechTranscriber> FakeSpeechFramework::makeTranscriber(const Locale& locale)
