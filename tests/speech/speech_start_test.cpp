@@ -1,6 +1,9 @@
 #include "speech/speech_error.h"
 #include "speech/speech_service_fixture.h"
 
+#include <ostream>
+#include <string>
+
 namespace corvandi::testing {
 namespace {
 
@@ -171,11 +174,20 @@ TEST_F(SpeechStartTest, ANewStartEndsOneThatIsUnderWay)
     EXPECT_TRUE(finish().hasSucceeded());
 }
 
-/// The steps at which a start can be suspended.
-class SuspendedStartTest : public SpeechServiceTest,
-                           public ::testing::WithParamInterface<ScriptedStep FakeSpeechFramework::*> {
+/// A step at which a start can be suspended.
+struct Suspension {
+    const char* name;
+    ScriptedStep FakeSpeechFramework::*step;
+};
+
+std::ostream& operator<<(std::ostream& stream, const Suspension& suspension)
+{
+    return stream << suspension.name;
+}
+
+class SuspendedStartTest : public SpeechServiceTest, public ::testing::WithParamInterface<Suspension> {
 protected:
-    ScriptedStep& step() { return framework.*GetParam(); }
+    ScriptedStep& step() { return framework.*GetParam().step; }
 };
 
 TEST_P(SuspendedStartTest, AFinishInBetweenEndsTheStartWithAnError)
@@ -227,9 +239,12 @@ TEST_P(SuspendedStartTest, SoundFedInBetweenIsHandedOverInOrder)
     EXPECT_THAT(received(), ElementsAre(1, 2, 3));
 }
 
-INSTANTIATE_TEST_SUITE_P(Steps, SuspendedStartTest,
-                         ::testing::Values(&FakeSpeechFramework::listing, &FakeSpeechFramework::formatQuery,
-                                           &FakeSpeechFramework::starting));
+INSTANTIATE_TEST_SUITE_P(
+    Steps, SuspendedStartTest,
+    ::testing::Values(Suspension{"ListingTheLanguages", &FakeSpeechFramework::listing},
+                      Suspension{"AskingForTheFormat", &FakeSpeechFramework::formatQuery},
+                      Suspension{"StartingTheEngine", &FakeSpeechFramework::starting}),
+    [](const ::testing::TestParamInfo<Suspension>& test) { return std::string(test.param.name); });
 
 } // namespace
 } // namespace corvandi::testing
