@@ -21,6 +21,8 @@ struct Transcript {
     QString text;
     /// The recognition broke off on the way; `text` is what was recognised until then.
     bool failed = false;
+
+    friend bool operator==(const Transcript&, const Transcript&) = default;
 };
 
 /// Turns the sound of one dictation after the other into text. For each dictation: `start`, `feed`,

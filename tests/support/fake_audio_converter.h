@@ -2,9 +2,15 @@
 
 #include "platform/audio_converter.h"
 
+#include <QString>
+
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <mutex>
+#include <new>
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace corvandi::testing {
@@ -17,8 +23,10 @@ public:
 
     /// Whether there is a converter at all; counts from the next `create` on.
     bool isAvailable = true;
-    /// Of the converters that are created from now on.
+    /// Of the converters that are created from now on, like the next one.
     Behaviour behaviour = Behaviour::passesThrough;
+    /// Called in the middle of every conversion, on its thread.
+    std::function<void()> whileConverting;
 
     struct Creation {
         AudioFormat from;
@@ -41,7 +49,7 @@ public:
                                                          const AudioFormat& to) override
     {
         creations.push_back({from, to});
-        return isAvailable ? std::make_unique<Converter>(to, behaviour, record_) : nullptr;
+        return isAvailable ? std::make_unique<Converter>(to, *this) : nullptr;
     }
 
 private:
@@ -52,15 +60,18 @@ private:
 
     class Converter : public AudioConverter {
     public:
-        Converter(AudioFormat to, Behaviour behaviour, std::shared_ptr<Record> record)
+        Converter(AudioFormat to, const FakeAudioConverters& made)
             : to_(to)
-            , behaviour_(behaviour)
-            , record_(std::move(record))
+            , behaviour_(made.behaviour)
+            , hook_(made.whileConverting)
+            , record_(made.record_)
         {
         }
 
         [[nodiscard]] Conversion convert(uint32_t frameCapacity, const InputBlock& input) override
         {
+            if (hook_)
+                hook_();
             Call call{frameCapacity, {}};
             AudioBuffer output;
             for (;;) {
@@ -105,6 +116,7 @@ private:
 
         AudioFormat to_;
         Behaviour behaviour_;
+        std::function<void()> hook_;
         std::shared_ptr<Record> record_;
     };
 

@@ -6,6 +6,7 @@
 #include <QCoroTask>
 
 #include <algorithm>
+#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -26,8 +27,11 @@ public:
     AudioFormat tapFormat;
 
     /// Records `buffer`: the tap gets it when it is installed and the device runs.
+    ///
+    /// Thread: any; everything else is the main thread's.
     void deliver(const AudioBuffer& buffer) const
     {
+        const std::lock_guard guard(mutex_);
         if (isRunning_ && tap_)
             tap_(buffer);
     }
@@ -48,12 +52,14 @@ public:
         calls.emplace_back("installTap");
         tapFrames = frames;
         tapFormat = formatOfTap;
+        const std::lock_guard guard(mutex_);
         tap_ = std::move(block);
     }
     [[nodiscard]] QCoro::Task<> removeTap() override
     {
         calls.emplace_back("removeTap");
         co_await removing.run();
+        const std::lock_guard guard(mutex_);
         for (const AudioBuffer& buffer : std::exchange(heldBack_, {}))
             tap_(buffer);
         tap_ = nullptr;
@@ -63,15 +69,18 @@ public:
     {
         calls.emplace_back("start");
         co_await starting.run();
+        const std::lock_guard guard(mutex_);
         isRunning_ = true;
     }
     void stop() override
     {
         calls.emplace_back("stop");
+        const std::lock_guard guard(mutex_);
         isRunning_ = false;
     }
 
 private:
+    mutable std::mutex mutex_;
     TapBlock tap_;
     std::vector<AudioBuffer> heldBack_;
     bool isRunning_ = false;

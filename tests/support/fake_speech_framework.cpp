@@ -126,8 +126,14 @@ void FakeSpeechFramework::failResults(const QString& description)
 QCoro::Task<std::vector<Locale>> FakeSpeechFramework::supportedLocales()
 {
     co_await listing.run();
+<<<<<<< HEAD
     // A named member would be moved from.
     co_return std::vector<Locale>(locales);
+=======
+    // A copy: a task moves what it returns, even out of a member.
+    std::vector<Locale> listed = locales;
+    co_return listed;
+>>>>>>> speech
 }
 
 std::shared_ptr<SpeechTranscriber> FakeSpeechFramework::makeTranscriber(const Locale& locale)

@@ -1,0 +1,138 @@
+#include "speech/audio_engine.h"
+#include "speech/speech_service.h"
+
+#include "speech/sounds.h"
+#include "support/fake_audio_input.h"
+#include "support/fake_speech_framework.h"
+#include "support/recording_log.h"
+#include "support/task_outcome.h"
+#include "support/virtual_queue.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <new>
+#include <utility>
+
+namespace {
+
+// The replaced allocation functions below have no other place to count in.
+thread_local int allocations = 0;
+
+void* counted(std::size_t size)
+{
+    ++allocations;
+    if (void* memory = std::malloc(size == 0 ? 1 : size))
+        return memory;
+    throw std::bad_alloc();
+}
+
+} // namespace
+
+void* operator new(std::size_t size)
+{
+    return counted(size);
+}
+
+void operator delete(void* memory) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t /*size*/) noexcept
+{
+    std::free(memory);
+}
+
+namespace corvandi::testing {
+namespace {
+
+template<class Work>
+int allocationsOf(Work work)
+{
+    const int before = allocations;
+    work();
+    return allocations - before;
+}
+
+/// Takes work without any allocation of its own, and drops it.
+class DroppingQueue : public VirtualQueue {
+public:
+    void async(std::function<void()> work) override { latest_ = std::move(work); }
+
+private:
+    std::function<void()> latest_;
+};
+
+/// Gives out a buffer that was made beforehand.
+class PreparedConverters : public AudioConverters {
+public:
+    AudioBuffer prepared = tagged(1, 682, 16000);
+
+    std::unique_ptr<AudioConverter> create(const AudioFormat& /*from*/, const AudioFormat& /*to*/) override
+    {
+        return std::make_unique<Converter>(prepared);
+    }
+
+private:
+    class Converter : public AudioConverter {
+    public:
+        explicit Converter(AudioBuffer& prepared)
+            : prepared_(prepared)
+        {
+        }
+        Conversion convert(uint32_t /*frameCapacity*/, const InputBlock& input) override
+        {
+            while (input().status == ConverterInputStatus::haveData) {
+            }
+            return {std::move(prepared_), std::nullopt};
+        }
+
+    private:
+        AudioBuffer& prepared_;
+    };
+};
+
+class AudioThreadAllocation : public ::testing::Test {
+protected:
+    DroppingQueue queue;
+    RecordingLog log;
+    FakeSpeechFramework framework;
+    PreparedConverters converters;
+    SpeechService service{framework, converters, queue, log, Locale(QStringLiteral("en-US"))};
+    const AudioBuffer buffer = tagged(1);
+};
+
+TEST_F(AudioThreadAllocation, TheTapAllocatesTheDispatchOfTheLevelOnly)
+{
+    FakeAudioInput input;
+    AudioEngine engine(input, queue);
+    engine.onBuffer = [](const AudioBuffer&) {};
+    engine.onLevel = [](float) {};
+    ASSERT_TRUE(TaskOutcome<>(engine.start()).hasSucceeded());
+    EXPECT_EQ(allocationsOf([&] { input.deliver(buffer); }), 1);
+}
+
+TEST_F(AudioThreadAllocation, KeepingABufferAllocatesItsSamplesAndItsNode)
+{
+    EXPECT_EQ(allocationsOf([&] { service.feed(buffer); }), 2);
+}
+
+TEST_F(AudioThreadAllocation, StreamingAConvertedBufferAllocatesItsNodeBesideWhatTheConverterDoes)
+{
+    ASSERT_TRUE(TaskOutcome<>(service.start(microphoneFormat)).hasSucceeded());
+    EXPECT_EQ(allocationsOf([&] { service.feed(buffer); }), 1);
+    EXPECT_TRUE(TaskOutcome<Transcript>(service.finish()).hasSucceeded());
+    EXPECT_EQ(framework.latest().received.size(), 1u);
+}
+
+TEST_F(AudioThreadAllocation, StreamingABufferInTheEnginesFormatAllocatesItsSamplesAndItsNode)
+{
+    framework.format = microphoneFormat;
+    ASSERT_TRUE(TaskOutcome<>(service.start(microphoneFormat)).hasSucceeded());
+    EXPECT_EQ(allocationsOf([&] { service.feed(buffer); }), 2);
+    EXPECT_TRUE(TaskOutcome<Transcript>(service.finish()).hasSucceeded());
+}
+
+} // namespace
+} // namespace corvandi::testing
