@@ -34,12 +34,12 @@ constexpr const char* textField = "AXTextField";
 /// Roles by their number in the protocol.
 constexpr std::array roleRules{
     // Fields.
-    RoleRule{40, textField, nullptr, TextEntry::password},                // password text
-    RoleRule{61, "AXStaticText", textField, TextEntry::whenEditable},     // text
-    RoleRule{79, "AXStaticText", textField, TextEntry::whenEditable},     // entry
-    RoleRule{76, "AXStaticText", textField, TextEntry::whenEditable},     // autocomplete
-    RoleRule{77, "AXStaticText", textField, TextEntry::whenEditable},     // editbar
-    RoleRule{11, "AXPopUpButton", "AXComboBox", TextEntry::whenEditable}, // combo box
+    RoleRule{40, textField, nullptr, TextEntry::password},            // password text
+    RoleRule{61, "AXStaticText", textField, TextEntry::whenEditable}, // text
+    RoleRule{79, "AXStaticText", textField, TextEntry::whenEditable}, // entry
+    RoleRule{76, "AXStaticText", textField, TextEntry::whenEditable}, // autocomplete
+    RoleRule{77, "AXStaticText", textField, TextEntry::whenEditable}, // editbar
+    RoleRule{comboBoxRole, "AXPopUpButton", "AXComboBox", TextEntry::whenEditable},
     RoleRule{52, "AXIncrementor", textField, TextEntry::whenChangeable},  // spin button
     RoleRule{12, "AXDateTimeArea", textField, TextEntry::whenChangeable}, // date editor
     RoleRule{60, "AXTextArea", nullptr, TextEntry::terminal},             // terminal
@@ -102,8 +102,9 @@ const RoleRule& ruleFor(uint32_t role)
 
 bool takesText(TextEntry entry, const AccessibleTraits& traits)
 {
+    const bool readOnly = traits.states.has(AccessibleState::readOnly);
     const bool editable =
-        traits.states.has(AccessibleState::editable) && !traits.states.has(AccessibleState::readOnly);
+        (traits.states.has(AccessibleState::editable) || traits.containsEditableText) && !readOnly;
     switch (entry) {
     case TextEntry::never:
         return false;
@@ -111,7 +112,7 @@ bool takesText(TextEntry entry, const AccessibleTraits& traits)
     case TextEntry::password:
         return editable;
     case TextEntry::whenChangeable:
-        return editable || (traits.hasEditableText && !traits.states.has(AccessibleState::readOnly));
+        return editable || (traits.hasEditableText && !readOnly);
     case TextEntry::terminal:
         return true;
     }
@@ -142,7 +143,7 @@ FocusedElement focusedElementOf(const AccessibleTraits& traits)
 {
     const RoleRule& rule = ruleFor(traits.role);
     const bool accepts = takesText(rule.entry, traits);
-    const bool textReadable = accepts && traits.hasText;
+    const bool textReadable = accepts && (traits.hasText || traits.containsEditableText);
     const bool isTerminal = rule.entry == TextEntry::terminal;
     return {
         .role = nameOf(rule, accepts, traits),

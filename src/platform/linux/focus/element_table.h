@@ -27,14 +27,20 @@ struct AccessibleStates {
     }
 };
 
+/// Number of that role in the protocol.
+constexpr uint32_t comboBoxRole = 11;
+
 /// What an application tells about one of its elements. What it does not tell is zero or false.
 struct AccessibleTraits {
     /// Number of the role in the AT-SPI protocol.
     uint32_t role = 0;
-    AccessibleStates states;
+    AccessibleStates states{};
     /// Interfaces that the object implements.
     bool hasText = false;
     bool hasEditableText = false;
+    /// One of its children is an editable text. Only asked for in combo boxes, which in some toolkits have
+    /// the focus themselves while the text is a child of theirs.
+    bool containsEditableText = false;
     /// Its attributes mark it as a field for search terms.
     bool isSearchField = false;
 };

@@ -1,5 +1,7 @@
 #include "platform/linux/focus/focus_tracker.h"
 
+#include "platform/linux/focus/object_report.h"
+
 #include <QDBusPendingCallWatcher>
 #include <QTimer>
 
@@ -170,26 +172,14 @@ void FocusTracker::inspectAgainLater(Inspection inspection)
 
 FocusTracker::Finding FocusTracker::take(const ObjectRef& object, const QDeadlineTimer& deadline)
 {
-    const std::array calls{askStates(object), askRole(object), askInterfaces(object), askAttributes(object),
-                           askProcess(object.bus)};
-    const std::vector<QDBusMessage> replies = reader_.ask(calls, deadline);
-    const auto states = statesIn(replies[0]);
-    const auto role = numberIn(replies[1]);
-    const auto process = numberIn(replies[4]);
-    if (!states || !role || !process)
-        return isUnanswered(replies[0]) ? Finding::unanswered : Finding::gone;
-    if (!states->has(AccessibleState::focused))
+    const ObjectReport report = reportOn(reader_, object, deadline);
+    if (report.outcome == ObjectReport::Outcome::gone)
+        return Finding::gone;
+    if (report.outcome == ObjectReport::Outcome::unanswered ||
+        !report.traits.states.has(AccessibleState::focused))
         return Finding::notFocused;
-    const QStringList interfaces = interfacesIn(replies[2]);
-    const FocusedElement element = focusedElementOf({
-        .role = *role,
-        .states = *states,
-        .hasText = interfaces.contains(QLatin1String("org.a11y.atspi.Text")),
-        .hasEditableText = interfaces.contains(QLatin1String("org.a11y.atspi.EditableText")),
-        .isSearchField = marksSearchField(replies[3]),
-    });
     applicationWatcher_.addWatchedService(object.bus);
-    cache_.store(object, static_cast<pid_t>(*process), element);
+    cache_.store(object, report.process, focusedElementOf(report.traits));
     return Finding::focused;
 }
 

@@ -53,7 +53,8 @@ private:
         uint64_t announcements = 0;
     };
 
-    enum class Finding { focused, notFocused, gone, unanswered };
+    /// An application that does not answer has not got the focus, as far as can be told.
+    enum class Finding { focused, notFocused, gone };
 
     void listen();
     void registerEvents();
