@@ -1,0 +1,52 @@
+#pragma once
+
+#include "base/system_log.h"
+#include "platform/linux/focus/focus_cache.h"
+
+#include <QThread>
+
+#include <functional>
+#include <optional>
+
+namespace corvandi {
+
+class FocusWorker;
+
+/// Knows which element has the keyboard focus. A worker thread follows what the applications announce on
+/// the accessibility bus; asking looks into its notes and waits for nobody.
+///
+/// Unknown (nothing) is the answer while the bus is missing or on its way back, for applications that
+/// expose nothing, and when one hangs before it has told what its focused element is. An application
+/// that hangs later keeps the element that it had. Being asked also makes the worker read the element
+/// again, so that an answer is never wrong twice.
+///
+/// The bus missing, slow, hung or dying ends nothing: the log gets one line, and the connection is made
+/// again when the bus is back. While nothing changes, nothing runs.
+///
+/// Thread: main thread only. The event loop need not run.
+class AtSpiFocus {
+public:
+    /// The process of the active window; called on the main thread, each time that the focus is asked
+    /// for. Nothing if there is no active window or its process is unknown.
+    using ActiveProcess = std::function<std::optional<pid_t>()>;
+
+    /// `log` must outlive it, and be written to from any thread.
+    AtSpiFocus(ActiveProcess activeProcess, SystemLog& log);
+    /// Waits for the worker, which may be waiting for an application: 100 milliseconds at the most.
+    ~AtSpiFocus();
+
+    AtSpiFocus(const AtSpiFocus&) = delete;
+    AtSpiFocus& operator=(const AtSpiFocus&) = delete;
+
+    /// The focused element of the active window. Takes less than a millisecond.
+    [[nodiscard]] std::optional<FocusedElement> focusedElement();
+
+private:
+    ActiveProcess activeProcess_;
+    FocusCache cache_;
+    QThread thread_;
+    /// Lives on the thread, which destroys it when it ends.
+    FocusWorker* worker_;
+};
+
+} // namespace corvandi

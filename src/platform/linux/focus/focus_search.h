@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/linux/focus/accessible_object.h"
+#include "platform/linux/focus/bus_reader.h"
+
+namespace corvandi {
+
+/// Which windows of an application are searched.
+enum class SearchedWindows { all, active };
+
+/// Looks through what the applications below `roots` show, level by level, for the element that has the
+/// focus: the innermost one, if it lies inside others that say so too. Invisible branches and containers
+/// with very many children are left out. Nothing if there is none, or the deadline came first.
+[[nodiscard]] std::optional<ObjectRef> findFocused(BusReader& reader, const QList<ObjectRef>& roots,
+                                                   SearchedWindows windows, const QDeadlineTimer& deadline);
+
+} // namespace corvandi

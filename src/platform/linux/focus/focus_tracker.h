@@ -1,0 +1,85 @@
+#pragma once
+
+#include "platform/linux/focus/bus_reader.h"
+#include "platform/linux/focus/focus_cache.h"
+#include "platform/linux/focus/focus_search.h"
+
+#include <QDBusServiceWatcher>
+#include <QObject>
+
+#include <functional>
+
+namespace corvandi {
+
+/// Keeps the cache true while one connection to the accessibility bus lives.
+///
+/// An element is taken over when its application announces that it has the focus and it confirms that
+/// when asked; else the application is searched, several times, because some announce the focus before
+/// they know it. The loss of the focus and the deactivation of a window are ignored: a menu, a grabbed
+/// key or a pop-up causes them too, while the person still means the same field. An element is given up
+/// when another one of its application has the focus, when it ceases to exist, or when its application
+/// leaves the bus.
+///
+/// Thread: a worker thread, which it may keep busy for `inspectionLimit` at a time.
+class FocusTracker : public QObject {
+    Q_OBJECT
+
+public:
+    /// The longest that one application is inspected at a time.
+    static constexpr std::chrono::milliseconds inspectionLimit{300};
+
+    /// `bus` is connected. `complain` is called with the reason when the applications cannot be told to
+    /// announce the focus.
+    FocusTracker(const QDBusConnection& bus, FocusCache& cache, std::function<void(const QString&)> complain);
+
+    /// Brings what is known about that process up to date.
+    void inspectProcess(pid_t process);
+
+private Q_SLOTS:
+    void onFocused(const QDBusMessage& event);
+    void onDefunct(const QDBusMessage& event);
+    void onWindowActivated(const QDBusMessage& event);
+
+private:
+    /// Why an application is inspected, which decides what it means when no focus is found.
+    enum class Cause { focusAnnounced, elementGone, mayHaveChanged, readerAsks };
+
+    struct Inspection {
+        /// The object to ask first; its path is empty if only a search can tell.
+        ObjectRef object;
+        Cause cause = Cause::readerAsks;
+        size_t retries = 0;
+        /// The count of the application's announcements when the first try was made.
+        uint64_t announcements = 0;
+    };
+
+    /// An application that does not answer has not got the focus, as far as can be told.
+    enum class Finding { focused, notFocused, gone };
+
+    void listen();
+    void registerEvents();
+    void inspectActiveWindows();
+    void inspectAnnounced();
+    void inspectKnown(const QString& bus, Cause cause);
+    void inspect(const Inspection& inspection);
+    void inspectAgainLater(Inspection inspection);
+    [[nodiscard]] Finding take(const ObjectRef& object, const QDeadlineTimer& deadline);
+    [[nodiscard]] Finding takeFocusedOf(const QString& bus, const QDeadlineTimer& deadline);
+    [[nodiscard]] QList<ObjectRef> applications(const QDeadlineTimer& deadline);
+    [[nodiscard]] QStringList busNamesOf(pid_t process);
+    void awaitAnswer(const QString& bus);
+    void forgetApplication(const QString& bus);
+
+    QDBusConnection bus_;
+    FocusCache& cache_;
+    std::function<void(const QString&)> complain_;
+    BusReader reader_;
+    QDBusServiceWatcher applicationWatcher_;
+    QDBusServiceWatcher registryWatcher_;
+    /// Path of the element that an application announced last, until it has been inspected.
+    QHash<QString, QString> announced_;
+    QHash<QString, uint64_t> announcements_;
+    QSet<QString> awaited_;
+};
+
+} // namespace corvandi

@@ -1,0 +1,96 @@
+#include "platform/linux/focus/focus_worker.h"
+
+#include <QTimer>
+
+namespace corvandi {
+namespace {
+
+/// A bus that has just died needs a moment until its starter notices and can start another one.
+constexpr std::chrono::milliseconds settlingTime{500};
+
+} // namespace
+
+FocusWorker::FocusWorker(FocusCache& cache, SystemLog& log)
+    : cache_(cache)
+    , log_(log)
+    , connectionName_(QStringLiteral("focus-%1").arg(reinterpret_cast<quintptr>(this)))
+{
+}
+
+FocusWorker::~FocusWorker()
+{
+    disconnectFromBus();
+}
+
+void FocusWorker::start()
+{
+    finder_ = std::make_unique<AccessibilityBusFinder>();
+    connect(finder_.get(), &AccessibilityBusFinder::found, this, &FocusWorker::connectTo);
+    connect(finder_.get(), &AccessibilityBusFinder::failed, this, &FocusWorker::complain);
+    look();
+}
+
+void FocusWorker::look()
+{
+    nextLook_ = QDeadlineTimer(lookInterval);
+    finder_->look();
+}
+
+void FocusWorker::request(pid_t process)
+{
+    if (requested_.exchange(process) == 0)
+        QMetaObject::invokeMethod(this, &FocusWorker::serveRequest, Qt::QueuedConnection);
+}
+
+void FocusWorker::serveRequest()
+{
+    const pid_t process = requested_.exchange(0);
+    if (tracker_)
+        tracker_->inspectProcess(process);
+    else if (nextLook_.hasExpired())
+        look();
+}
+
+void FocusWorker::connectTo(const QString& address)
+{
+    if (tracker_ && address == address_)
+        return;
+    disconnectFromBus();
+    QDBusConnection bus = QDBusConnection::connectToBus(address, connectionName_);
+    if (!bus.isConnected()) {
+        complain(bus.lastError().message());
+        return;
+    }
+    bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
+                QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
+                SLOT(busLost()));
+    address_ = address;
+    complained_ = false;
+    tracker_ =
+        std::make_unique<FocusTracker>(bus, cache_, [this](const QString& reason) { complain(reason); });
+}
+
+void FocusWorker::busLost()
+{
+    disconnectFromBus();
+    complain(QStringLiteral("it has gone"));
+    QTimer::singleShot(settlingTime, this, &FocusWorker::look);
+}
+
+void FocusWorker::disconnectFromBus()
+{
+    tracker_.reset();
+    QDBusConnection::disconnectFromBus(connectionName_);
+    cache_.clear();
+}
+
+void FocusWorker::complain(const QString& reason)
+{
+    if (complained_)
+        return;
+    complained_ = true;
+    log_.write(QStringLiteral("the accessibility bus is out of reach (%1); the focused element is unknown")
+                   .arg(reason));
+}
+
+} // namespace corvandi

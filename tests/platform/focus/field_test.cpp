@@ -1,0 +1,125 @@
+#include "platform/focus/focus_fixture.h"
+#include "support/event_loop.h"
+
+namespace corvandi::testing {
+namespace {
+
+using std::chrono::seconds;
+
+struct ExpectedField {
+    const char* name;
+    FocusTarget target;
+    const char* role;
+};
+
+const std::vector<ExpectedField> qtFields{
+    {"line", FocusTarget::editable, "AXTextField"},
+    {"password", FocusTarget::secure, "AXTextField"},
+    {"area", FocusTarget::editable, "AXTextArea"},
+    {"editable-box", FocusTarget::editable, "AXComboBox"},
+    {"list-box", FocusTarget::unknown, "AXPopUpButton"},
+    {"number", FocusTarget::editable, "AXTextField"},
+    {"read-only-line", FocusTarget::unknown, "AXStaticText"},
+    {"read-only-area", FocusTarget::unknown, "AXStaticText"},
+    {"label", FocusTarget::unknown, "AXStaticText"},
+    {"button", FocusTarget::unknown, "AXButton"},
+};
+
+const std::vector<ExpectedField> gtkFields{
+    {"line", FocusTarget::editable, "AXTextField"},
+    {"password", FocusTarget::secure, "AXTextField"},
+    {"area", FocusTarget::editable, "AXTextArea"},
+    {"search", FocusTarget::editable, "AXTextField"},
+    {"number", FocusTarget::editable, "AXTextField"},
+    {"read-only-line", FocusTarget::unknown, "AXStaticText"},
+    {"read-only-area", FocusTarget::unknown, "AXStaticText"},
+    {"label", FocusTarget::unknown, "AXStaticText"},
+    {"button", FocusTarget::unknown, "AXButton"},
+};
+
+class FieldTest : public FocusTest {
+protected:
+    /// Goes through the fields by the tabulator key and checks each one.
+    void expectFields(TargetApplication& application, const std::vector<ExpectedField>& fields)
+    {
+        for (const ExpectedField& field : fields) {
+            SCOPED_TRACE(field.name);
+            if (&field != &fields.front())
+                pressKey(QStringLiteral("Tab"));
+            ASSERT_TRUE(application.hasFocusOn(QLatin1String(field.name)));
+            EXPECT_TRUE(waitUntil([&] {
+                return roleName() == QLatin1String(field.role) && inspector.currentTarget() == field.target;
+            })) << "role "
+                << roleName().toStdString();
+        }
+    }
+
+    /// Reads only once, so that no reading can have helped to find the answer.
+    void expectKnownWithoutBeingAsked(TargetApplication& application)
+    {
+        pressKey(QStringLiteral("Tab"));
+        ASSERT_TRUE(application.hasFocusOn(QStringLiteral("password")));
+        runFor(seconds(1));
+        EXPECT_EQ(inspector.currentTarget(), FocusTarget::secure);
+    }
+
+private:
+    QString roleName()
+    {
+        const auto element = desktop.focusedElement();
+        return element ? element->role.value_or(QStringLiteral("none")) : QStringLiteral("unknown");
+    }
+};
+
+TEST_F(FieldTest, EachFieldOfAQtWindowIsRecognised)
+{
+    const auto application = startQtFields(QStringLiteral("qt"));
+    expectFields(*application, qtFields);
+}
+
+TEST_F(FieldTest, EachFieldOfAGtk3WindowIsRecognised)
+{
+    const auto application = startGtkFields(QStringLiteral("3.0"), QStringLiteral("gtk3"));
+    expectFields(*application, gtkFields);
+}
+
+TEST_F(FieldTest, EachFieldOfAGtk4WindowIsRecognised)
+{
+    const auto application = startGtkFields(QStringLiteral("4.0"), QStringLiteral("gtk4"));
+    expectFields(*application, gtkFields);
+}
+
+TEST_F(FieldTest, TheFocusInAQtWindowIsKnownWithoutBeingAskedFor)
+{
+    const auto application = startQtFields(QStringLiteral("qt"));
+    expectKnownWithoutBeingAsked(*application);
+}
+
+TEST_F(FieldTest, TheFocusInAGtk3WindowIsKnownWithoutBeingAskedFor)
+{
+    const auto application = startGtkFields(QStringLiteral("3.0"), QStringLiteral("gtk3"));
+    expectKnownWithoutBeingAsked(*application);
+}
+
+TEST_F(FieldTest, TheFocusInAGtk4WindowIsKnownWithoutBeingAskedFor)
+{
+    const auto application = startGtkFields(QStringLiteral("4.0"), QStringLiteral("gtk4"));
+    expectKnownWithoutBeingAsked(*application);
+}
+
+TEST_F(FieldTest, AQuestionForAPasswordIsSecure)
+{
+    const TargetApplication zenity(QStringLiteral("zenity"), {QStringLiteral("--password")});
+    ASSERT_TRUE(isActive(zenity));
+    EXPECT_TRUE(becomes(FocusTarget::secure));
+}
+
+TEST_F(FieldTest, AQuestionForALineOfTextIsEditable)
+{
+    const TargetApplication zenity(QStringLiteral("zenity"), {QStringLiteral("--entry")});
+    ASSERT_TRUE(isActive(zenity));
+    EXPECT_TRUE(becomes(FocusTarget::editable));
+}
+
+} // namespace
+} // namespace corvandi::testing

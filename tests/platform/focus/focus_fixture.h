@@ -1,0 +1,47 @@
+#pragma once
+
+#include "insertion/focus_inspector.h"
+#include "platform/focus/target_application.h"
+#include "platform/linux/focus/active_window_process.h"
+#include "platform/linux/focus/at_spi_focus.h"
+#include "support/recording_log.h"
+
+#include <gmock/gmock.h>
+
+#include <memory>
+
+namespace corvandi::testing {
+
+/// The accessibility client as the classification sees it, with the focus of the real desktop.
+class DesktopFocus : public AccessibilityClient {
+public:
+    explicit DesktopFocus(SystemLog& log);
+
+    [[nodiscard]] bool isProcessTrusted(TrustPrompt) override { return true; }
+    [[nodiscard]] std::optional<FocusedElement> focusedElement() override { return focus_.focusedElement(); }
+    [[nodiscard]] std::optional<pid_t> activeProcess() const { return activeProcess_(); }
+
+private:
+    ActiveWindowProcess activeProcess_;
+    AtSpiFocus focus_;
+};
+
+class FocusTest : public ::testing::Test {
+protected:
+    /// Starts a window with one field of each kind and waits until its first one, "line", has the focus.
+    std::unique_ptr<TargetApplication> startQtFields(const QString& title);
+    std::unique_ptr<TargetApplication> startGtkFields(const QString& version, const QString& title);
+
+    /// Reads again and again until the focused element is such a one.
+    [[nodiscard]] bool becomes(FocusTarget target);
+    [[nodiscard]] bool isActive(const TargetApplication& application);
+
+    RecordingLog log;
+    DesktopFocus desktop{log};
+    FocusInspector inspector{desktop};
+
+private:
+    std::unique_ptr<TargetApplication> shown(std::unique_ptr<TargetApplication> application);
+};
+
+} // namespace corvandi::testing

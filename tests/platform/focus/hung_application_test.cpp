@@ -1,0 +1,89 @@
+#include "platform/focus/focus_fixture.h"
+#include "support/event_loop.h"
+
+#include <QElapsedTimer>
+
+namespace corvandi::testing {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+class HungApplicationTest : public FocusTest {
+protected:
+    /// The longest that the event loop, which reads the focus every 5 ms, was held up.
+    milliseconds longestDelayWhileReading(milliseconds time)
+    {
+        QElapsedTimer sinceTick;
+        sinceTick.start();
+        std::chrono::nanoseconds longest{0};
+        QTimer tick;
+        QObject::connect(&tick, &QTimer::timeout, &tick, [&] {
+            QElapsedTimer read;
+            read.start();
+            (void)desktop.focusedElement();
+            longest = std::max(longest, std::chrono::nanoseconds(read.nsecsElapsed()));
+        });
+        tick.start(milliseconds(5));
+        runFor(time);
+        return std::chrono::duration_cast<milliseconds>(longest);
+    }
+};
+
+TEST_F(HungApplicationTest, ReadingDoesNotWaitForAnApplicationThatHangs)
+{
+    const auto hung = startQtFields(QStringLiteral("hung"));
+    ASSERT_TRUE(becomes(FocusTarget::editable));
+    hung->stop();
+    EXPECT_LT(longestDelayWhileReading(seconds(1)), milliseconds(10));
+    EXPECT_EQ(inspector.currentTarget(), FocusTarget::editable) << "it keeps the element that it had";
+    hung->resume();
+}
+
+TEST_F(HungApplicationTest, OtherApplicationsAreTrackedWhileOneHangs)
+{
+    const auto hung = startQtFields(QStringLiteral("hung"));
+    ASSERT_TRUE(becomes(FocusTarget::editable));
+    hung->stop();
+    (void)inspector.currentTarget();
+
+    const auto password = startGtkFields(QStringLiteral("3.0"), QStringLiteral("secret"));
+    pressKey(QStringLiteral("Tab"));
+    EXPECT_TRUE(becomes(FocusTarget::secure));
+    hung->resume();
+}
+
+TEST_F(HungApplicationTest, AnApplicationThatAnswersAgainIsLookedAtWithoutBeingAskedFor)
+{
+    const auto hung = startQtFields(QStringLiteral("hung"));
+    const auto other = startQtFields(QStringLiteral("other"));
+    ASSERT_TRUE(becomes(FocusTarget::editable));
+    hung->stop();
+    // The tracking begins anew, so that it knows nothing and finds the application hung.
+    activateWindow(QStringLiteral("hung"));
+    DesktopFocus late(log);
+    ASSERT_TRUE(waitUntil([&] { return late.activeProcess() == hung->process(); }));
+    runFor(milliseconds(500));
+    EXPECT_EQ(late.focusedElement(), std::nullopt);
+
+    hung->resume();
+    runFor(seconds(1));
+    EXPECT_EQ(FocusInspector(late).currentTarget(), FocusTarget::editable);
+}
+
+TEST_F(HungApplicationTest, EndingWaitsOnlyForTheQuestionThatIsOnItsWay)
+{
+    const auto hung = startQtFields(QStringLiteral("hung"));
+    ASSERT_TRUE(becomes(FocusTarget::editable));
+    hung->stop();
+    auto late = std::make_unique<DesktopFocus>(log);
+    (void)late->focusedElement();
+    QElapsedTimer ending;
+    ending.start();
+    late.reset();
+    EXPECT_LT(ending.elapsed(), 250);
+    hung->resume();
+}
+
+} // namespace
+} // namespace corvandi::testing
