@@ -33,6 +33,14 @@ std::string Program::waitForLine(const std::string& part, size_t mark, std::chro
     return lineIn(log(), part, mark).value_or(std::string());
 }
 
+void Program::waitForLines(const std::string& part, size_t count, size_t mark) const
+{
+    for (; count > 0; --count) {
+        waitForLine(part, mark);
+        mark = log().find(part, mark) + part.size();
+    }
+}
+
 std::optional<std::string> Program::lineWith(const std::string& part, size_t mark) const
 {
     return lineIn(log(), part, mark);

@@ -26,6 +26,8 @@ public:
     /// with the log, when there is none.
     std::string waitForLine(const std::string& part, size_t mark = 0,
                             std::chrono::seconds limit = patience) const;
+    /// Waits for so many such lines.
+    void waitForLines(const std::string& part, size_t count, size_t mark = 0) const;
     /// The first such line, if there is one already.
     [[nodiscard]] std::optional<std::string> lineWith(const std::string& part, size_t mark = 0) const;
 

@@ -42,14 +42,29 @@ Recording goForward()
     return {folderOfRecordings / "goforward.raw", "go forward ten meters"};
 }
 
+Recording goSomewhere()
+{
+    return {folderOfRecordings / "something.raw", "go somewhere and do something"};
+}
+
+Recording digits()
+{
+    return {folderOfRecordings / "tidigits/dhd.2934z.raw", "two nine three four zero"};
+}
+
+Recording moreAmiable()
+{
+    return sentence("0920", "had he married a more amiable woman he might have been made still more "
+                            "respectable than he was");
+}
+
 std::vector<Recording> novel()
 {
     return {sentence("0870", "and mister john dashwood had then leisure to consider how much there might be "
                              "prudently in his power to do for them"),
             sentence("0880", "he was not an ill disposed young man"),
             sentence("0890", "unless to be rather cold hearted and rather selfish is to be ill disposed"),
-            sentence("0920", "had he married a more amiable woman he might have been made still more "
-                             "respectable than he was"),
+            moreAmiable(),
             sentence("0930", "he might even have been made amiable himself")};
 }
 

@@ -123,6 +123,16 @@ void screenshot(const std::filesystem::path& file)
     (void)outputOf({desktopCommand, "shot", file.string()});
 }
 
+void plugMicrophone()
+{
+    (void)outputOf({desktopCommand, "plug"});
+}
+
+void unplugMicrophone()
+{
+    (void)outputOf({desktopCommand, "unplug"});
+}
+
 void restart(const std::string& service)
 {
     (void)outputOf({desktopCommand, "restart", service});

@@ -38,6 +38,8 @@ namespace desktop
 /// Plays a recording into the microphone; returns when it has been played.
 void playToEnd(const std::filesystem::path& recording);
 void screenshot(const std::filesystem::path& file);
+void plugMicrophone();
+void unplugMicrophone();
 /// The services are those of the `desktop` command: bus, wm, compositor, panel, sound, display.
 void restart(const std::string& service);
 void end(const std::string& service);
