@@ -6,23 +6,15 @@
 start_sound() {
     case $option_audio in
         pulse) start_pulseaudio ;;
-        pipewire) start_pipewire >>"$folder/logs/sound.log" ;;
-    esac
+        pipewire) start_pipewire ;;
+    esac >>"$folder/logs/sound.log"
 }
 
-# Without norewinds the first seconds of a recording would be lost: the sink takes them early and
-# hands them out again when the next stream arrives.
 write_pulseaudio_script() {
     cat <<END
 load-module module-native-protocol-unix auth-anonymous=1 auth-cookie-enabled=0 socket=$XDG_RUNTIME_DIR/pulse/native
 load-module module-null-sink sink_name=speakers sink_properties=device.description=Speakers
 set-default-sink speakers
-END
-    [[ $option_mic == on ]] || return 0
-    cat <<END
-load-module module-null-sink sink_name=micfeed rate=48000 channels=1 format=float32le norewinds=1 sink_properties=device.description=MicrophoneFeed
-load-module module-remap-source source_name=mic master=micfeed.monitor source_properties=device.description=Microphone
-set-default-source mic
 END
 }
 
@@ -37,6 +29,7 @@ start_pulseaudio() {
         --high-priority=no --disable-shm=yes --log-level=notice --log-target="file:$log" \
         </dev/null >>"$log" 2>&1 || start_failed sound
     cp "$runtime/pid" "$folder/pids/sound"
+    [[ $option_mic == off ]] || plug_microphone
 }
 
 start_pipewire() {
@@ -47,12 +40,28 @@ start_pipewire() {
     wait_until 10 pactl info || start_failed sound
     pactl load-module module-null-sink sink_name=speakers media.class=Audio/Sink channel_map=stereo
     pactl set-default-sink speakers
-    [[ $option_mic == on ]] || return 0
-    pactl load-module module-null-sink sink_name=micfeed rate=48000 channels=1 channel_map=mono
+    [[ $option_mic == off ]] || plug_microphone
+}
+
+# Without norewinds the first seconds of a recording would be lost: the sink takes them early and
+# hands them out again when the next stream arrives.
+plug_microphone() {
+    local pulse_options=(format=float32le norewinds=1)
+    [[ $option_audio == pulse ]] || pulse_options=(channel_map=mono)
+    pactl load-module module-null-sink sink_name=micfeed rate=48000 channels=1 "${pulse_options[@]}" \
+        sink_properties=device.description=MicrophoneFeed
     pactl load-module module-remap-source source_name=mic master=micfeed.monitor channels=1 \
-        channel_map=mono
+        channel_map=mono source_properties=device.description=Microphone
     wait_until 10 sh -c 'pactl list short sources | grep -qw mic' || start_failed sound
     pactl set-default-source mic
+}
+
+unplug_microphone() {
+    local module rest
+    pactl list short modules | while read -r module rest; do
+        [[ $rest == *source_name=mic* || $rest == *sink_name=micfeed* ]] || continue
+        pactl unload-module "$module"
+    done
 }
 
 # play_into_microphone FILE: returns when it has been played. Raw files are 16 kHz, mono, 16 bit.

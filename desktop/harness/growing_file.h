@@ -1,0 +1,34 @@
+#pragma once
+
+#include "harness/file_descriptor.h"
+#include "harness/waiting.h"
+
+#include <filesystem>
+#include <functional>
+#include <string>
+
+namespace corvandi::harness
+{
+
+/// A file that another process appends to, with the means to wait for what it writes.
+class GrowingFile
+{
+public:
+    using Condition = std::function<bool(const std::string& contents)>;
+
+    /// Creates the file, empty. Throws HarnessError when it cannot be created or watched.
+    explicit GrowingFile(std::filesystem::path path);
+
+    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+    [[nodiscard]] std::string contents() const;
+    /// Waits until `condition` holds for the contents, asking again after each write; false when
+    /// `deadline` passes first.
+    [[nodiscard]] bool waitUntil(const Condition& condition,
+                                 Clock::time_point deadline = Clock::now() + patience) const;
+
+private:
+    std::filesystem::path path_;
+    FileDescriptor writes_;
+};
+
+} // namespace corvandi::harness

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "harness/x_display.h"
+
+#include <vector>
+
+namespace corvandi::harness
+{
+
+/// Key symbols as X11 numbers them.
+enum class Key : unsigned long {
+    space = 0x20,
+    a = 0x61,
+    f12 = 0xffc9,
+    leftShift = 0xffe1,
+    leftControl = 0xffe3,
+    leftAlt = 0xffe9,
+};
+
+/// Real key events, as if from a keyboard. Keys that are still down are released at the end.
+class Keyboard
+{
+public:
+    Keyboard() = default;
+    Keyboard(const Keyboard&) = delete;
+    Keyboard& operator=(const Keyboard&) = delete;
+    ~Keyboard();
+
+    /// Returns the moment right before the event was given to the server, which has processed it when
+    /// this returns.
+    Clock::time_point press(Key key);
+    Clock::time_point release(Key key);
+    void strike(Key key);
+
+private:
+    Clock::time_point post(Key key, int isPress);
+
+    XDisplay display_;
+    std::vector<Key> down_;
+};
+
+} // namespace corvandi::harness
