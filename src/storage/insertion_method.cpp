@@ -1,6 +1,7 @@
 #include "storage/insertion_method.h"
 
-namespace corvandi {
+namespace corvandi
+{
 
 QString rawValue(InsertionMethod method)
 {

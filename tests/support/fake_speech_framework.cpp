@@ -126,14 +126,9 @@ void FakeSpeechFramework::failResults(const QString& description)
 QCoro::Task<std::vector<Locale>> FakeSpeechFramework::supportedLocales()
 {
     co_await listing.run();
-<<<<<<< HEAD
-    // A named member would be moved from.
-    co_return std::vector<Locale>(locales);
-=======
     // A copy: a task moves what it returns, even out of a member.
     std::vector<Locale> listed = locales;
     co_return listed;
->>>>>>> speech
 }
 
 std::shared_ptr<SpeechTranscriber> FakeSpeechFramework::makeTranscriber(const Locale& locale)
@@ -165,7 +160,7 @@ QCoro::Task<std::optional<AudioFormat>>
 FakeSpeechFramework::bestAvailableAudioFormat(std::shared_ptr<SpeechTranscriber> /*transcriber*/)
 {
     co_await formatQuery.run();
-    co_return std::optional<AudioFormat>(format);
+    co_return format;
 }
 
 } // namespace corvandi::testing

@@ -27,11 +27,7 @@ ChordGrabs::~ChordGrabs()
         xcb_input_xi_passive_ungrab_device(connection_.get(), connection_.root(), chord_.keyCode, device,
                                            count, XCB_INPUT_GRAB_TYPE_KEYCODE, masks_.data());
     }
-<<<<<<< HEAD
-    connection_.flush();
-=======
     connection_.sync();
->>>>>>> x11
 }
 
 ChordGrabs::Outcome ChordGrabs::claim()

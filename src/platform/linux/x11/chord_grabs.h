@@ -14,12 +14,8 @@ struct X11Chord {
 };
 
 /// The claim on a chord: passive, asynchronous grabs on slave keyboards, for every combination of
-<<<<<<< HEAD
-/// modifiers that contains the required ones. Destroying it gives the chord back.
-=======
 /// modifiers that contains the required ones. Destroying it gives the chord back (one
 /// round trip).
->>>>>>> x11
 ///
 /// A grab on a slave comes before everything that listens to the master keyboard: window managers,
 /// and core grabs whenever they were made. Being asynchronous, it can't freeze anything.

@@ -19,12 +19,9 @@ inline constexpr uint8_t level3 = 0x80;
 inline constexpr uint8_t all = 0xFF;
 } // namespace x11_mask
 
-<<<<<<< HEAD
-=======
 /// What stays on after its key was struck; such a key does no harm while it is down.
 inline constexpr uint8_t lockModifiers = x11_mask::lock | x11_mask::numLock;
 
->>>>>>> x11
 /// The server's bits for `modifier_flags`; other flags have none.
 [[nodiscard]] uint8_t x11Mask(uint64_t flags);
 /// The `modifier_flags` for the server's bits; other bits have none.

@@ -57,14 +57,11 @@ std::optional<X11Connection> X11Connection::open(SystemLog& log)
     return connection;
 }
 
-<<<<<<< HEAD
-=======
 void X11Connection::sync() const
 {
     (void)owned(xcb_get_input_focus_reply(get(), xcb_get_input_focus(get()), nullptr));
 }
 
->>>>>>> x11
 const char* X11Connection::negotiateExtensions()
 {
     for (xcb_extension_t* extension : {&xcb_input_id, &xcb_xkb_id, &xcb_test_id})

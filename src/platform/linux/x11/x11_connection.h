@@ -27,14 +27,10 @@ public:
     [[nodiscard]] uint8_t xkbFirstEvent() const { return xkbFirstEvent_; }
 
     [[nodiscard]] bool isBroken() const { return xcb_connection_has_error(get()) != 0; }
-<<<<<<< HEAD
-    void flush() const { xcb_flush(get()); }
-=======
     /// Sends what is queued.
     void flush() const { xcb_flush(get()); }
     /// Returns when the server has carried out everything so far: one round trip.
     void sync() const;
->>>>>>> x11
 
 private:
     struct Disconnect {

@@ -2,18 +2,11 @@
 
 #include "platform/linux/x11/chord_grabs.h"
 #include "platform/linux/x11/key_code_table.h"
-<<<<<<< HEAD
-=======
 #include "platform/linux/x11/keyboard_state.h"
->>>>>>> x11
 #include "platform/linux/x11/keymap_reader.h"
 #include "platform/linux/x11/modifier_masks.h"
 #include "platform/linux/x11/x11_connection.h"
 #include "platform/linux/x11/x11_event_pump.h"
-<<<<<<< HEAD
-#include "platform/linux/x11/xcb_ptr.h"
-=======
->>>>>>> x11
 #include "platform/linux/x11/xkb_protocol.h"
 #include "platform/linux/x11/xtest_keys.h"
 
@@ -58,42 +51,22 @@ void selectEvents(const X11Connection& connection)
                               0, 0, 0, &details);
 }
 
-<<<<<<< HEAD
-uint8_t heldModifiers(const X11Connection& connection)
-{
-    const auto cookie = xcb_xkb_get_state(connection.get(), XCB_XKB_ID_USE_CORE_KBD);
-    const auto state = owned(xcb_xkb_get_state_reply(connection.get(), cookie, nullptr));
-    return state ? state->mods : x11_mask::none;
-}
-
-class X11EventTap : public EventTap {
-public:
-    X11EventTap(X11Connection connection, SystemLog& log, Callback callback)
-        : connection_(std::move(connection))
-        , log_(log)
-=======
 class X11EventTap : public EventTap {
 public:
     X11EventTap(X11Connection connection, SystemLog& log, WatchedChord& watched, Callback callback)
         : connection_(std::move(connection))
         , log_(log)
         , watched_(watched)
->>>>>>> x11
         , callback_(std::move(callback))
         , pump_(
               connection_, [this](const xcb_generic_event_t& event) { handle(event); },
               [this] { log_.write(QStringLiteral("the hotkey's connection to the X server is lost")); })
     {
         selectEvents(connection_);
-<<<<<<< HEAD
-        modifiers_ = heldModifiers(connection_);
-    }
-=======
         if (const auto state = readState(connection_))
             modifiers_ = static_cast<uint8_t>(state->held | state->latched | state->locked);
     }
     ~X11EventTap() override { release(); }
->>>>>>> x11
 
     void setEnabled(bool enabled) override
     {
@@ -102,11 +75,7 @@ public:
         enabled_ = enabled;
         pressed_.reset();
         if (!enabled)
-<<<<<<< HEAD
-            grabs_.reset();
-=======
             release();
->>>>>>> x11
         else if (chord_)
             (void)claim(*chord_);
         pump_.drainSoon();
@@ -115,19 +84,11 @@ public:
     bool watch(const KeyChord& chord) override
     {
         chord_.reset();
-<<<<<<< HEAD
-        grabs_.reset();
-        if (claim(chord))
-            chord_ = chord;
-        if (!enabled_)
-            grabs_.reset();
-=======
         release();
         if (claim(chord))
             chord_ = chord;
         if (!enabled_)
             release();
->>>>>>> x11
         pump_.drainSoon();
         return chord_.has_value();
     }
@@ -139,8 +100,6 @@ private:
         uint16_t virtualKey;
     };
 
-<<<<<<< HEAD
-=======
     void release()
     {
         if (grabs_)
@@ -148,7 +107,6 @@ private:
         grabs_.reset();
     }
 
->>>>>>> x11
     bool claim(const KeyChord& chord)
     {
         const auto keyCode = x11KeyCode(chord.keyCode);
@@ -156,12 +114,8 @@ private:
             log_.write(QStringLiteral("the hotkey %1 has no key here").arg(nameOf(chord)));
             return false;
         }
-<<<<<<< HEAD
-        grabs_.emplace(connection_, X11Chord{*keyCode, x11Mask(chord.requiredFlags)});
-=======
         watched_.chord = X11Chord{*keyCode, x11Mask(chord.requiredFlags)};
         grabs_.emplace(connection_, *watched_.chord);
->>>>>>> x11
         switch (grabs_->claim()) {
         case ChordGrabs::Outcome::everything:
             return true;
@@ -171,11 +125,7 @@ private:
         case ChordGrabs::Outcome::nothing:
             break;
         }
-<<<<<<< HEAD
-        grabs_.reset();
-=======
         release();
->>>>>>> x11
         log_.write(QStringLiteral("another program holds the hotkey %1").arg(nameOf(chord)));
         return false;
     }
@@ -200,11 +150,6 @@ private:
         case XCB_INPUT_KEY_PRESS:
             chordPressed(reinterpret_cast<const xcb_input_key_press_event_t&>(event));
             break;
-<<<<<<< HEAD
-        case XCB_INPUT_RAW_KEY_RELEASE:
-            keyReleased(reinterpret_cast<const xcb_input_raw_key_release_event_t&>(event));
-            break;
-=======
         // A release before the grab was let go comes as the grab's own event, a later one as a raw event.
         case XCB_INPUT_KEY_RELEASE: {
             const auto& release = reinterpret_cast<const xcb_input_key_release_event_t&>(event);
@@ -216,7 +161,6 @@ private:
             keyReleased(release.deviceid, release.detail);
             break;
         }
->>>>>>> x11
         case XCB_INPUT_HIERARCHY:
             keyboardsChanged(reinterpret_cast<const xcb_input_hierarchy_event_t&>(event));
             break;
@@ -231,18 +175,6 @@ private:
         // anything else.
         xcb_input_xi_ungrab_device(connection_.get(), XCB_CURRENT_TIME, event.deviceid);
         connection_.flush();
-<<<<<<< HEAD
-        if (!enabled_ || !chord_)
-            return;
-        const bool isRepeat = (event.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT) != 0;
-        const uint64_t flags = modifierFlags(modifiers_) | chord_->requiredFlags;
-        if (!isRepeat && (flags & (modifier_flags::option | modifier_flags::command)))
-            playNeutralKey(event.deviceid);
-        pressed_ = Press{event.deviceid, event.detail, chord_->keyCode};
-        report({KeyEventType::keyDown, chord_->keyCode, flags});
-    }
-
-=======
         // What another key does before the keyboard is free again comes here as well.
         if (!enabled_ || !chord_ || event.detail != x11KeyCode(chord_->keyCode))
             return;
@@ -256,7 +188,6 @@ private:
 
     /// Tells the application that the modifier is not struck alone, which would open its menu, and the
     /// server that the chord's key shall not repeat: every repeat would be caught by the grab again.
->>>>>>> x11
     void playNeutralKey(uint16_t device)
     {
         // Read now: layouts change, and typing puts characters onto empty keys.
@@ -270,15 +201,9 @@ private:
         connection_.flush();
     }
 
-<<<<<<< HEAD
-    void keyReleased(const xcb_input_raw_key_release_event_t& event)
-    {
-        if (pressed_ && event.deviceid == pressed_->device && event.detail == pressed_->x11KeyCode)
-=======
     void keyReleased(uint16_t device, uint32_t keyCode)
     {
         if (pressed_ && device == pressed_->device && keyCode == pressed_->x11KeyCode)
->>>>>>> x11
             endPress();
     }
 
@@ -324,10 +249,7 @@ private:
 
     X11Connection connection_;
     SystemLog& log_;
-<<<<<<< HEAD
-=======
     WatchedChord& watched_;
->>>>>>> x11
     Callback callback_;
     /// What is watched, whether the tap is on or off.
     std::optional<KeyChord> chord_;
@@ -346,11 +268,7 @@ std::unique_ptr<EventTap> X11EventTaps::create(const KeyChord& chord, EventTap::
     auto connection = X11Connection::open(log_);
     if (!connection)
         return nullptr;
-<<<<<<< HEAD
-    auto tap = std::make_unique<X11EventTap>(std::move(*connection), log_, std::move(callback));
-=======
     auto tap = std::make_unique<X11EventTap>(std::move(*connection), log_, watched_, std::move(callback));
->>>>>>> x11
     if (!tap->watch(chord))
         return nullptr;
     return tap;

@@ -2,10 +2,7 @@
 
 #include "base/system_log.h"
 #include "platform/event_tap.h"
-<<<<<<< HEAD
-=======
 #include "platform/linux/x11/watched_chord.h"
->>>>>>> x11
 
 namespace corvandi {
 
@@ -14,12 +11,8 @@ namespace corvandi {
 ///
 /// A matched key-down is swallowed whatever the callback says, with its repeats and its key-up. After
 /// it a key without any meaning is played, so that the application does not take the modifier for a
-<<<<<<< HEAD
-/// lone tap that opens its menu; hence the application sees one key of an unknown name.
-=======
 /// lone tap that opens its menu, and so that the chord does not repeat; hence the application sees one
 /// key without a symbol. (A layout that uses all 248 keys leaves none for this.)
->>>>>>> x11
 ///
 /// The claim comes before window managers and other programs that hold the same chord, survives their
 /// restart and changes of the layout, and follows keyboards that are plugged in. It is refused only
@@ -31,16 +24,10 @@ namespace corvandi {
 /// X server gone: the log says so once, and the tap is silent from then on.
 class X11EventTaps : public EventTaps {
 public:
-<<<<<<< HEAD
-    /// `log` must outlive the taps.
-    explicit X11EventTaps(SystemLog& log)
-        : log_(log)
-=======
     /// `log` and `watched` must outlive the taps; the tap that is on keeps `watched` up to date.
     X11EventTaps(SystemLog& log, WatchedChord& watched)
         : log_(log)
         , watched_(watched)
->>>>>>> x11
     {
     }
 
@@ -51,10 +38,7 @@ public:
 
 private:
     SystemLog& log_;
-<<<<<<< HEAD
-=======
     WatchedChord& watched_;
->>>>>>> x11
 };
 
 } // namespace corvandi

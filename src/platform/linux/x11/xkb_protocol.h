@@ -3,11 +3,6 @@
 #include <xcb/xcb.h>
 
 // The header has a member that is named like a keyword of C++.
-<<<<<<< HEAD
-#define explicit explicit_
-#include <xcb/xkb.h>
-#undef explicit
-=======
 #ifdef __clang__
 #pragma clang diagnostic push
 #pragma clang diagnostic ignored "-Wkeyword-macro"
@@ -18,4 +13,3 @@
 #ifdef __clang__
 #pragma clang diagnostic pop
 #endif
->>>>>>> x11
