@@ -7,8 +7,11 @@
 #include "platform/linux/audio/pulse_server.h"
 #include "platform/linux/audio/speex_audio_converter.h"
 #include "platform/linux/event_loop/qt_main_queue.h"
+#include "platform/linux/focus/active_window_process.h"
+#include "platform/linux/focus/at_spi_focus.h"
 #include "platform/linux/hud_panel/x11_hud_panel.h"
 #include "platform/linux/pasteboard/x11_pasteboard.h"
+#include "platform/linux/pocketsphinx/model_files.h"
 #include "platform/linux/pocketsphinx/pocketsphinx_framework.h"
 #include "platform/linux/preferences/qt_user_defaults.h"
 #include "platform/linux/workspace/x11_workspace.h"
@@ -30,18 +33,22 @@ struct Application::Objects {
     Settings settings{userDefaults};
     X11Workspace workspace{queue};
     AtSpiAccessibilityClient accessibility{log, [](const auto& answered) { answered(false); }};
-    X11EventTaps eventTaps{log};
-    X11Keyboard keyboard{log, [this] { return workspace.frontmostIsTerminal(); }};
+    ActiveWindowProcess activeWindowProcess{log};
+    AtSpiFocus focus{[this] { return activeWindowProcess(); }, log};
+    WatchedChord watchedChord;
+    X11EventTaps eventTaps{log, watchedChord};
+    X11Keyboard keyboard{log, watchedChord, [this] { return workspace.frontmostIsTerminal(); }};
     X11Pasteboard pasteboard{queue};
     PulseServer soundServer{queue, log};
     PulseAudioInput audioInput{soundServer, queue, log};
     PulseCaptureAuthorization captureAuthorization{soundServer, queue, std::nullopt};
     SpeexAudioConverters audioConverters;
-    PocketSphinxFramework speechFramework{QStringLiteral(CORVANDI_SPEECH_MODEL), queue};
-    X11HUDPanels hudPanels;
+    PocketSphinxFramework speechFramework{installedModelFolder(), queue};
+    X11HudPanels hudPanels;
     std::shared_ptr<DictationController> controller = DictationController::create(
-        settings, Platform{queue, log, eventTaps, keyboard, pasteboard, accessibility, workspace, audioInput,
-                           audioConverters, captureAuthorization, speechFramework, hudPanels, Locale::current()});
+        settings,
+        Platform{queue, log, eventTaps, keyboard, pasteboard, accessibility, focus, workspace, audioInput,
+                 audioConverters, captureAuthorization, speechFramework, hudPanels, Locale::current()});
 };
 
 Application::Application(SystemLog& log)

@@ -23,10 +23,11 @@ void nameApplication()
 int run(LinuxSystemLog& log, TerminationSignals& signals, int& argc, char** argv)
 {
     nameApplication();
+    const std::unique_ptr<Registration> qtMessages = routeQtMessages(log);
     const QApplication qtApplication(argc, argv);
     signals.watch([] { QApplication::quit(); });
     SingleInstance instance(log, [&log] { log.write(QStringLiteral("already running; started again")); });
-    if (!instance.isFirst()) {
+    if (instance.role() == InstanceRole::second) {
         log.write(QStringLiteral("already running; this second instance ends"));
         return EXIT_SUCCESS;
     }

@@ -24,7 +24,7 @@ class FocusWorker;
 /// again when the bus is back. While nothing changes, nothing runs.
 ///
 /// Thread: main thread only. The event loop need not run.
-class AtSpiFocus {
+class AtSpiFocus : public FocusedElementReader {
 public:
     /// The process of the active window; called on the main thread, each time that the focus is asked
     /// for. Nothing if there is no active window or its process is unknown.
@@ -33,13 +33,13 @@ public:
     /// `log` must outlive it, and be written to from any thread.
     AtSpiFocus(ActiveProcess activeProcess, SystemLog& log);
     /// Waits for the worker, which may be waiting for an application: 100 milliseconds at the most.
-    ~AtSpiFocus();
+    ~AtSpiFocus() override;
 
     AtSpiFocus(const AtSpiFocus&) = delete;
     AtSpiFocus& operator=(const AtSpiFocus&) = delete;
 
     /// The focused element of the active window. Takes less than a millisecond.
-    [[nodiscard]] std::optional<FocusedElement> focusedElement();
+    [[nodiscard]] std::optional<FocusedElement> focusedElement() override;
 
 private:
     ActiveProcess activeProcess_;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/accessibility_client.h"
+#include "platform/focused_element.h"
 #include "platform/linux/focus/accessible_object.h"
 
 #include <QHash>
