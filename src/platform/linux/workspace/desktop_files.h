@@ -24,8 +24,8 @@ struct DesktopFiles {
     QStringList foldersToWatch;
 };
 
-/// Reads everything: some 100 µs per application. Files that can't be read are left out. Returns early,
-/// with part of it, when `stop` is requested.
+/// Reads everything: 15 to 22 ms for 300 applications with 60 translations each. Files that can't be read are
+/// left out. Returns early, with part of it, when `stop` is requested.
 ///
 /// Thread: any.
 [[nodiscard]] DesktopFiles readDesktopFiles(const DesktopPaths& paths, const std::stop_token& stop);
