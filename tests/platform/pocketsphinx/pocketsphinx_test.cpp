@@ -10,10 +10,8 @@
 #include <cmath>
 #include <random>
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 using namespace std::chrono_literals;
 using bench::Pace;
@@ -90,8 +88,8 @@ QCoro::Task<> install(SpeechFramework& framework, Outcome& asked, Outcome& insta
 {
     std::unique_ptr<AssetInstallationRequest> request;
     try {
-        std::shared_ptr<SpeechTranscriber> transcriber
-            = framework.makeTranscriber(Locale(QStringLiteral("en-US")));
+        std::shared_ptr<SpeechTranscriber> transcriber =
+            framework.makeTranscriber(Locale(QStringLiteral("en-US")));
         request = co_await framework.assetInstallationRequest(transcriber);
     } catch (const Error& error) {
         asked.failure = error.description();
@@ -114,7 +112,10 @@ struct Session {
         starting.emplace(observe(analyzer->start(std::move(input)), started));
         collecting.emplace(collect(transcriber, results));
     }
-    void finalize() { finalizing.emplace(observe(analyzer->finalizeAndFinishThroughEndOfInput(), finalized)); }
+    void finalize()
+    {
+        finalizing.emplace(observe(analyzer->finalizeAndFinishThroughEndOfInput(), finalized));
+    }
     [[nodiscard]] QString text() const
     {
         return QStringList(results.texts.begin(), results.texts.end()).join(QString());
@@ -130,12 +131,11 @@ struct Session {
     std::optional<QCoro::Task<>> finalizing;
 };
 
-class PocketSphinxTest : public ::testing::Test
-{
+class PocketSphinxTest : public ::testing::Test {
 protected:
     QtMainQueue queue;
-    std::unique_ptr<PocketSphinxFramework> framework
-        = std::make_unique<PocketSphinxFramework>(installedModelFolder(), queue);
+    std::unique_ptr<PocketSphinxFramework> framework =
+        std::make_unique<PocketSphinxFramework>(installedModelFolder(), queue);
 };
 
 TEST_F(PocketSphinxTest, UnderstandsHumanSpeech)
@@ -143,8 +143,7 @@ TEST_F(PocketSphinxTest, UnderstandsHumanSpeech)
     size_t errors = 0;
     qsizetype words = 0;
     for (const auto& item : bench::humanRecordings()) {
-        const Transcript transcript
-            = bench::transcribe(*framework, item.load(), Pace::asFastAsPossible);
+        const Transcript transcript = bench::transcribe(*framework, item.load(), Pace::asFastAsPossible);
         const QStringList reference = bench::wordsOf(item.reference);
         errors += bench::wordErrors(reference, bench::wordsOf(transcript.text));
         words += reference.size();
@@ -162,16 +161,16 @@ TEST_F(PocketSphinxTest, WritesSentences)
 
 TEST_F(PocketSphinxTest, DigitalSilenceGivesNoText)
 {
-    const Transcript transcript
-        = bench::transcribe(*framework, Samples(5 * oneSecond), Pace::asFastAsPossible);
+    const Transcript transcript =
+        bench::transcribe(*framework, Samples(5 * oneSecond), Pace::asFastAsPossible);
     EXPECT_EQ(transcript.text.toStdString(), "");
 }
 
 TEST_F(PocketSphinxTest, NoiseGivesNoText)
 {
     for (const double level : {0.0003, 0.001, 0.003, 0.01, 0.03}) {
-        const Transcript transcript
-            = bench::transcribe(*framework, noise(5 * oneSecond, level), Pace::asFastAsPossible);
+        const Transcript transcript =
+            bench::transcribe(*framework, noise(5 * oneSecond, level), Pace::asFastAsPossible);
         EXPECT_EQ(transcript.text.toStdString(), "") << level;
     }
 }

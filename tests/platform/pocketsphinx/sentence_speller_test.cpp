@@ -2,10 +2,8 @@
 
 #include <gtest/gtest.h>
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 using namespace std::chrono_literals;
 

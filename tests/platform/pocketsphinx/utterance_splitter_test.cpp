@@ -4,10 +4,8 @@
 
 #include <algorithm>
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 using namespace std::chrono_literals;
 using ::testing::ElementsAre;
@@ -26,8 +24,7 @@ struct Utterance {
     }
 };
 
-class RecordingSink : public UtteranceSink
-{
+class RecordingSink : public UtteranceSink {
 public:
     void beginUtterance(std::chrono::milliseconds pauseBefore) override
     {
@@ -43,8 +40,7 @@ public:
     std::vector<Utterance> utterances;
 };
 
-class UtteranceSplitterTest : public ::testing::Test
-{
+class UtteranceSplitterTest : public ::testing::Test {
 protected:
     void hear(int16_t level, std::chrono::milliseconds time)
     {

@@ -4,10 +4,8 @@
 
 #include <gtest/gtest.h>
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 /// How many of the sound's frames are voice.
 size_t voicedFrames(const bench::Samples& sound)
