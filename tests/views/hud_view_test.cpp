@@ -213,7 +213,9 @@ TEST_F(HudViewTest, TheOtherFacesAreDrawnOnceAndThenRest)
 {
     view.show();
     for (const HUDState state : {HUDState::notice, HUDState::error}) {
+        paints.count = 0;
         show(state, QStringLiteral("Copied"));
+        ASSERT_TRUE(waitUntil([this] { return paints.count > 0; }));
         runFor(200ms);
         paints.count = 0;
         runFor(300ms);
