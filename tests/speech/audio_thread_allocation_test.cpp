@@ -11,17 +11,21 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <functional>
 #include <new>
 #include <utility>
 
 namespace {
 
-// The replaced allocation functions below have no other place to count in.
+// The replaced allocation functions below have no other place to look at.
 thread_local int allocations = 0;
+thread_local std::function<void()>* duringNextAllocation = nullptr;
 
 void* counted(std::size_t size)
 {
     ++allocations;
+    if (auto* interruption = std::exchange(duringNextAllocation, nullptr))
+        (*interruption)();
     if (void* memory = std::malloc(size == 0 ? 1 : size))
         return memory;
     throw std::bad_alloc();
@@ -132,6 +136,21 @@ TEST_F(AudioThreadAllocation, StreamingABufferInTheEnginesFormatAllocatesItsSamp
     ASSERT_TRUE(TaskOutcome<>(service.start(microphoneFormat)).hasSucceeded());
     EXPECT_EQ(allocationsOf([&] { service.feed(buffer); }), 2);
     EXPECT_TRUE(TaskOutcome<Transcript>(service.finish()).hasSucceeded());
+}
+
+TEST_F(AudioThreadAllocation, ABufferThatIsBeingCopiedWhenTheEngineBeginsToRunIsStreamed)
+{
+    framework.format = microphoneFormat;
+    service.feed(tagged(1));
+    std::function<void()> starting = [&] {
+        EXPECT_TRUE(TaskOutcome<>(service.start(microphoneFormat)).hasSucceeded());
+    };
+    const AudioBuffer second = tagged(2);
+    duringNextAllocation = &starting;
+    service.feed(second);
+    service.feed(tagged(3));
+    EXPECT_TRUE(TaskOutcome<Transcript>(service.finish()).hasSucceeded());
+    EXPECT_EQ(tags(framework.latest().received), (std::vector<float>{1, 2, 3}));
 }
 
 } // namespace
