@@ -13,15 +13,13 @@
 #include <iostream>
 #include <thread>
 
-namespace
-{
+namespace {
 
 using namespace corvandi::harness;
 using namespace std::chrono_literals;
 
 /// What a dictation came to, as seen from outside.
-struct Outcome
-{
+struct Outcome {
     std::string arrived;
     std::chrono::milliseconds pressToFirstAudio;
     std::chrono::milliseconds releaseToText;
@@ -58,9 +56,11 @@ int report(const Recording& recording, const Outcome& outcome, const std::filesy
     const size_t words = wordsOf(recording.reference).size();
     std::cout << "\nsaid:                     " << recording.reference
               << "\narrived in the terminal:  " << outcome.arrived << "\nword errors:              " << errors
-              << " of " << words << "\npress to first audio:     " << outcome.pressToFirstAudio.count() << " ms"
+              << " of " << words << "\npress to first audio:     " << outcome.pressToFirstAudio.count()
+              << " ms"
               << "\nrelease to complete text: " << outcome.releaseToText.count() << " ms"
-              << "\nscreenshots:              " << (pictures / "recording.png").string() << " (while speaking)"
+              << "\nscreenshots:              " << (pictures / "recording.png").string()
+              << " (while speaking)"
               << "\n                          " << (pictures / "result.png").string() << " (afterwards)\n";
     // The engine gets about one word in twenty of this sentence wrong; far more is a failure.
     constexpr size_t oneIn = 4;

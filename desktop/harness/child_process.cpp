@@ -11,13 +11,10 @@
 
 extern char** environ;
 
-namespace corvandi::harness
-{
-namespace
-{
+namespace corvandi::harness {
+namespace {
 
-class SpawnActions
-{
+class SpawnActions {
 public:
     SpawnActions() { ::posix_spawn_file_actions_init(&actions_); }
     SpawnActions(const SpawnActions&) = delete;
@@ -35,8 +32,7 @@ private:
     posix_spawn_file_actions_t actions_{};
 };
 
-struct Pipe
-{
+struct Pipe {
     FileDescriptor reading;
     FileDescriptor writing;
 };
@@ -118,8 +114,7 @@ std::optional<int> ChildProcess::waitUntilEnded(Clock::time_point deadline)
     return status_;
 }
 
-namespace
-{
+namespace {
 
 std::string readToEnd(int descriptor, Clock::time_point deadline)
 {

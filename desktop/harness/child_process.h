@@ -10,22 +10,19 @@
 #include <string>
 #include <vector>
 
-namespace corvandi::harness
-{
+namespace corvandi::harness {
 
 /// What a child's standard input is: nothing to read, or a pipe that `closeInput` ends.
 enum class ChildInput { nothing, pipe };
 
-struct ChildOptions
-{
+struct ChildOptions {
     /// Standard output and standard error go there, appended; to the caller's own when absent.
     std::optional<std::filesystem::path> output = std::nullopt;
     ChildInput input = ChildInput::nothing;
 };
 
 /// A program that runs beside the caller. Destroying it kills it.
-class ChildProcess
-{
+class ChildProcess {
 public:
     /// Starts `command`, which is looked up in PATH, with the caller's environment.
     /// Throws HarnessError when it cannot be started.

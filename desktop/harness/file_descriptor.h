@@ -4,16 +4,20 @@
 
 #include <utility>
 
-namespace corvandi::harness
-{
+namespace corvandi::harness {
 
 /// Owns a file descriptor; closes it when destroyed. Empty is -1.
-class FileDescriptor
-{
+class FileDescriptor {
 public:
     FileDescriptor() = default;
-    explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
-    FileDescriptor(FileDescriptor&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
+    explicit FileDescriptor(int descriptor)
+        : descriptor_(descriptor)
+    {
+    }
+    FileDescriptor(FileDescriptor&& other) noexcept
+        : descriptor_(std::exchange(other.descriptor_, -1))
+    {
+    }
     FileDescriptor& operator=(FileDescriptor&& other) noexcept
     {
         std::swap(descriptor_, other.descriptor_);

@@ -6,10 +6,10 @@
 #include <fstream>
 #include <sstream>
 
-namespace corvandi::harness
-{
+namespace corvandi::harness {
 
-GrowingFile::GrowingFile(std::filesystem::path path) : path_(std::move(path))
+GrowingFile::GrowingFile(std::filesystem::path path)
+    : path_(std::move(path))
 {
     std::ofstream created(path_, std::ios::trunc);
     created.close();

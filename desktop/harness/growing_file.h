@@ -7,12 +7,10 @@
 #include <functional>
 #include <string>
 
-namespace corvandi::harness
-{
+namespace corvandi::harness {
 
 /// A file that another process appends to, with the means to wait for what it writes.
-class GrowingFile
-{
+class GrowingFile {
 public:
     using Condition = std::function<bool(const std::string& contents)>;
 

@@ -6,23 +6,20 @@
 #include <array>
 #include <span>
 
-namespace corvandi::harness
-{
-namespace
-{
+namespace corvandi::harness {
+namespace {
 
-class InputDevices
-{
+class InputDevices {
 public:
-    explicit InputDevices(Display* display) : list_(::XIQueryDevice(display, XIAllDevices, &count_)) {}
+    explicit InputDevices(Display* display)
+        : list_(::XIQueryDevice(display, XIAllDevices, &count_))
+    {
+    }
     InputDevices(const InputDevices&) = delete;
     InputDevices& operator=(const InputDevices&) = delete;
     ~InputDevices() { ::XIFreeDeviceInfo(list_); }
 
-    [[nodiscard]] std::span<const XIDeviceInfo> all() const
-    {
-        return {list_, static_cast<size_t>(count_)};
-    }
+    [[nodiscard]] std::span<const XIDeviceInfo> all() const { return {list_, static_cast<size_t>(count_)}; }
 
 private:
     int count_ = 0;
@@ -37,8 +34,8 @@ int grab(Display* display, int device, KeyCode code)
     XISetMask(bits.data(), XI_KeyRelease);
     XIEventMask mask{.deviceid = device, .mask_len = static_cast<int>(bits.size()), .mask = bits.data()};
     XIGrabModifiers modifiers{.modifiers = static_cast<int>(XIAnyModifier), .status = 0};
-    return ::XIGrabKeycode(display, device, code, DefaultRootWindow(display), XIGrabModeAsync, XIGrabModeAsync,
-                           False, &mask, 1, &modifiers);
+    return ::XIGrabKeycode(display, device, code, DefaultRootWindow(display), XIGrabModeAsync,
+                           XIGrabModeAsync, False, &mask, 1, &modifiers);
 }
 
 } // namespace

@@ -2,12 +2,10 @@
 
 #include "harness/keyboard.h"
 
-namespace corvandi::harness
-{
+namespace corvandi::harness {
 
 /// Another program that holds a key with all modifiers on every keyboard, until it is destroyed.
-class KeyGrab
-{
+class KeyGrab {
 public:
     /// Throws HarnessError when somebody else holds it already.
     explicit KeyGrab(Key key);

@@ -3,8 +3,7 @@
 #include <X11/Xlib.h>
 #include <X11/extensions/XTest.h>
 
-namespace corvandi::harness
-{
+namespace corvandi::harness {
 
 Keyboard::~Keyboard()
 {

@@ -4,8 +4,7 @@
 
 #include <vector>
 
-namespace corvandi::harness
-{
+namespace corvandi::harness {
 
 /// Key symbols as X11 numbers them.
 enum class Key : unsigned long {
@@ -18,8 +17,7 @@ enum class Key : unsigned long {
 };
 
 /// Real key events, as if from a keyboard. Keys that are still down are released at the end.
-class Keyboard
-{
+class Keyboard {
 public:
     Keyboard() = default;
     Keyboard(const Keyboard&) = delete;

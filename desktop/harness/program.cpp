@@ -2,10 +2,8 @@
 
 #include <regex>
 
-namespace corvandi::harness
-{
-namespace
-{
+namespace corvandi::harness {
+namespace {
 
 std::optional<std::string> lineIn(const std::string& log, const std::string& part, size_t mark)
 {
@@ -21,7 +19,8 @@ std::optional<std::string> lineIn(const std::string& log, const std::string& par
 } // namespace
 
 Program::Program(const std::vector<std::string>& command, const std::filesystem::path& log)
-    : log_(log), process_(command, {.output = log})
+    : log_(log)
+    , process_(command, {.output = log})
 {
 }
 

@@ -8,12 +8,10 @@
 #include <string>
 #include <vector>
 
-namespace corvandi::harness
-{
+namespace corvandi::harness {
 
 /// A program under test with its log.
-class Program
-{
+class Program {
 public:
     /// Starts it; its standard output and error go into `log`.
     Program(const std::vector<std::string>& command, const std::filesystem::path& log);

@@ -2,10 +2,8 @@
 
 #include "harness/child_process.h"
 
-namespace corvandi::harness::recordings
-{
-namespace
-{
+namespace corvandi::harness::recordings {
+namespace {
 
 const std::filesystem::path folderOfRecordings = "/usr/share/pocketsphinx/test/data";
 
@@ -64,8 +62,7 @@ std::vector<Recording> novel()
                              "prudently in his power to do for them"),
             sentence("0880", "he was not an ill disposed young man"),
             sentence("0890", "unless to be rather cold hearted and rather selfish is to be ill disposed"),
-            moreAmiable(),
-            sentence("0930", "he might even have been made amiable himself")};
+            moreAmiable(), sentence("0930", "he might even have been made amiable himself")};
 }
 
 Recording joined(const std::vector<Recording>& parts, std::chrono::milliseconds pause,

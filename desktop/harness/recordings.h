@@ -5,18 +5,15 @@
 #include <string>
 #include <vector>
 
-namespace corvandi::harness
-{
+namespace corvandi::harness {
 
 /// Speech with what is said in it.
-struct Recording
-{
+struct Recording {
     std::filesystem::path file;
     std::string reference;
 };
 
-namespace recordings
-{
+namespace recordings {
 
 /// Short and clear: four words in 2.8 seconds, five in 3.0, five in 2.4.
 [[nodiscard]] Recording goForward();

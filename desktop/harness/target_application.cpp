@@ -3,13 +3,10 @@
 #include <algorithm>
 #include <sstream>
 
-namespace corvandi::harness
-{
-namespace
-{
+namespace corvandi::harness {
+namespace {
 
-struct Entry
-{
+struct Entry {
     Clock::time_point at;
     std::string kind;
     std::string payload;
@@ -75,8 +72,18 @@ std::vector<std::string> commandFor(TargetApplication::Kind kind, const std::str
     const std::string folder = CORVANDI_TARGETS_FOLDER;
     switch (kind) {
     case TargetApplication::Kind::terminal:
-        return {"xterm", "-T", titleOf(kind), "-geometry", "100x24+40+120", "-fa", "DejaVu Sans Mono", "-fs", "11",
-                "-e", folder + "/tty_recorder", record};
+        return {"xterm",
+                "-T",
+                titleOf(kind),
+                "-geometry",
+                "100x24+40+120",
+                "-fa",
+                "DejaVu Sans Mono",
+                "-fs",
+                "11",
+                "-e",
+                folder + "/tty_recorder",
+                record};
     case TargetApplication::Kind::qtField:
         return {folder + "/qt_text_field", record, titleOf(kind)};
     case TargetApplication::Kind::gtkField:
@@ -148,7 +155,9 @@ void TargetApplication::settle(Keyboard& keyboard) const
     start << std::hex << static_cast<unsigned long>(Key::f12) << ' ';
     const size_t before = countOf(record_.contents(), "key", start.str());
     keyboard.strike(Key::f12);
-    const auto isSeen = [&](const std::string& record) { return countOf(record, "key", start.str()) > before; };
+    const auto isSeen = [&](const std::string& record) {
+        return countOf(record, "key", start.str()) > before;
+    };
     if (!record_.waitUntil(isSeen))
         throw HarnessError(title_ + " did not see a key; its record: " + record_.contents());
 }

@@ -9,24 +9,20 @@
 #include <string>
 #include <vector>
 
-namespace corvandi::harness
-{
+namespace corvandi::harness {
 
 /// An application that text is dictated into. It knows nothing of the program under test; it records
 /// what it receives, with times.
-class TargetApplication
-{
+class TargetApplication {
 public:
     enum class Kind { terminal, qtField, gtkField };
 
-    struct Change
-    {
+    struct Change {
         Clock::time_point at;
         /// The whole text after the change.
         std::string text;
     };
-    struct KeyPress
-    {
+    struct KeyPress {
         unsigned long symbol = 0;
         bool withAlt = false;
     };

@@ -7,10 +7,8 @@
 
 extern char** environ;
 
-namespace corvandi::harness
-{
-namespace
-{
+namespace corvandi::harness {
+namespace {
 
 using Environment = std::map<std::string, std::string>;
 
@@ -84,7 +82,7 @@ std::string folderFrom(const GrowingFile& output)
 
 VirtualDesktop::VirtualDesktop(const std::vector<std::string>& options)
     : outerEnvironment_(currentEnvironment())
-    , holder_([this, &options] {
+    , holder_([&options] {
         const GrowingFile output(temporaryFile());
         ChildProcess holder = startHolder(options, output.path());
         const std::string folder = folderFrom(output);
@@ -102,8 +100,7 @@ VirtualDesktop::~VirtualDesktop()
     (void)holder_.waitUntilEnded();
 }
 
-namespace desktop
-{
+namespace desktop {
 
 ChildProcess play(const std::filesystem::path& recording)
 {

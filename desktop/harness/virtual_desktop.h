@@ -7,14 +7,12 @@
 #include <string>
 #include <vector>
 
-namespace corvandi::harness
-{
+namespace corvandi::harness {
 
 /// A fresh virtual desktop. As long as it lives, this process and what it starts are inside it: its
 /// environment is the process's. One at a time. Nothing of it is left behind, also when this process
 /// is killed.
-class VirtualDesktop
-{
+class VirtualDesktop {
 public:
     /// Starts it with the options of the `desktop` command, for example {"audio=pulse"}.
     /// Throws HarnessError when it does not come up.
@@ -30,8 +28,7 @@ private:
 
 /// What can be done inside a desktop, fresh or given from outside, that is in the environment.
 /// All throw HarnessError when that fails.
-namespace desktop
-{
+namespace desktop {
 
 /// Starts to play a recording into the microphone; the process ends when it has been played.
 [[nodiscard]] ChildProcess play(const std::filesystem::path& recording);

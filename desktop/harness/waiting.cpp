@@ -5,8 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 
-namespace corvandi::harness
-{
+namespace corvandi::harness {
 
 bool waitUntilReadable(int descriptor, Clock::time_point deadline)
 {

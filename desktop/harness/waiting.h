@@ -4,16 +4,14 @@
 #include <stdexcept>
 #include <string>
 
-namespace corvandi::harness
-{
+namespace corvandi::harness {
 
 /// The clock of all measurements here. It is CLOCK_MONOTONIC, so that times which different processes
 /// took can be compared.
 using Clock = std::chrono::steady_clock;
 
 /// Something did not happen, or could not be started; the message says what.
-class HarnessError : public std::runtime_error
-{
+class HarnessError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };

@@ -8,18 +8,14 @@
 #include <optional>
 #include <span>
 
-namespace corvandi::harness
-{
-namespace
-{
+namespace corvandi::harness {
+namespace {
 
-struct FreeX
-{
+struct FreeX {
     void operator()(void* data) const { ::XFree(data); }
 };
 
-struct Property
-{
+struct Property {
     std::unique_ptr<unsigned char, FreeX> data;
     size_t count = 0;
 
@@ -73,8 +69,8 @@ bool anyWindow(Display* display, Window window, int depth, const std::function<b
 bool isViewable(Display* display, Window window)
 {
     XWindowAttributes attributes{};
-    return ::XGetWindowAttributes(display, window, &attributes) != 0 && attributes.map_state == IsViewable
-        && attributes.c_class == InputOutput;
+    return ::XGetWindowAttributes(display, window, &attributes) != 0 && attributes.map_state == IsViewable &&
+           attributes.c_class == InputOutput;
 }
 
 /// Asks again whenever something changes on the screen.
@@ -130,8 +126,8 @@ bool Windows::isShown(pid_t process) const
     constexpr int depthOfClients = 3;
     Display* display = display_.get();
     return anyWindow(display, DefaultRootWindow(display), depthOfClients, [display, process](Window window) {
-        return propertyOf(display, window, "_NET_WM_PID").number() == static_cast<unsigned long>(process)
-            && isViewable(display, window);
+        return propertyOf(display, window, "_NET_WM_PID").number() == static_cast<unsigned long>(process) &&
+               isViewable(display, window);
     });
 }
 

@@ -6,12 +6,10 @@
 
 #include <string>
 
-namespace corvandi::harness
-{
+namespace corvandi::harness {
 
 /// What is on the screen, as the window manager and the server tell it.
-class Windows
-{
+class Windows {
 public:
     Windows();
 
@@ -20,8 +18,10 @@ public:
                                        Clock::time_point deadline = Clock::now() + patience) const;
     [[nodiscard]] std::string activeTitle() const;
     /// Waits until the process shows a window, or until it shows none.
-    [[nodiscard]] bool waitUntilShown(pid_t process, Clock::time_point deadline = Clock::now() + patience) const;
-    [[nodiscard]] bool waitUntilHidden(pid_t process, Clock::time_point deadline = Clock::now() + patience) const;
+    [[nodiscard]] bool waitUntilShown(pid_t process,
+                                      Clock::time_point deadline = Clock::now() + patience) const;
+    [[nodiscard]] bool waitUntilHidden(pid_t process,
+                                       Clock::time_point deadline = Clock::now() + patience) const;
     [[nodiscard]] bool isShown(pid_t process) const;
 
 private:

@@ -5,8 +5,7 @@
 #include <numeric>
 #include <utility>
 
-namespace corvandi::harness
-{
+namespace corvandi::harness {
 
 std::vector<std::string> wordsOf(const std::string& text)
 {

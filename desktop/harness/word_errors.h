@@ -3,8 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace corvandi::harness
-{
+namespace corvandi::harness {
 
 /// The words of a text in lower case, without punctuation.
 [[nodiscard]] std::vector<std::string> wordsOf(const std::string& text);

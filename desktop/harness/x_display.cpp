@@ -2,10 +2,10 @@
 
 #include <X11/Xlib.h>
 
-namespace corvandi::harness
-{
+namespace corvandi::harness {
 
-XDisplay::XDisplay() : display_(::XOpenDisplay(nullptr))
+XDisplay::XDisplay()
+    : display_(::XOpenDisplay(nullptr))
 {
     if (!display_)
         throw HarnessError("no display");

@@ -7,12 +7,10 @@
 // Xlib's own header defines macros such as None and Bool; it stays out of this one.
 struct _XDisplay;
 
-namespace corvandi::harness
-{
+namespace corvandi::harness {
 
 /// A connection to the display of the current environment.
-class XDisplay
-{
+class XDisplay {
 public:
     /// Throws HarnessError when there is no display.
     XDisplay();
@@ -22,8 +20,7 @@ public:
     [[nodiscard]] bool waitForEvent(Clock::time_point deadline) const;
 
 private:
-    struct Close
-    {
+    struct Close {
         void operator()(_XDisplay* display) const;
     };
     std::unique_ptr<_XDisplay, Close> display_;

@@ -6,8 +6,7 @@
 
 #include <cstdlib>
 
-namespace
-{
+namespace {
 
 using corvandi::targets::Record;
 

@@ -8,16 +8,17 @@
 
 #include <cstdlib>
 
-namespace
-{
+namespace {
 
 using corvandi::targets::Record;
 
 /// Sees each key press once: when it reaches the window, before widgets pass it on.
-class Observer : public QObject
-{
+class Observer : public QObject {
 public:
-    explicit Observer(Record& record) : record_(record) {}
+    explicit Observer(Record& record)
+        : record_(record)
+    {
+    }
 
 protected:
     bool eventFilter(QObject* receiver, QEvent* event) override

@@ -8,10 +8,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace corvandi::targets
-{
-namespace
-{
+namespace corvandi::targets {
+namespace {
 
 std::string escaped(const std::string& text)
 {
@@ -33,7 +31,8 @@ std::string escaped(const std::string& text)
 
 } // namespace
 
-Record::Record(const char* path) : file_(::open(path, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600))
+Record::Record(const char* path)
+    : file_(::open(path, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600))
 {
     if (file_ < 0) {
         std::perror(path);

@@ -2,14 +2,12 @@
 
 #include <string>
 
-namespace corvandi::targets
-{
+namespace corvandi::targets {
 
 /// What an application received, one line per event: "<nanoseconds of CLOCK_MONOTONIC> <kind>
 /// <payload>", each written at once and whole. Line breaks, backslashes and other control characters
 /// of the payload are escaped.
-class Record
-{
+class Record {
 public:
     enum class Alt { up, down };
 

@@ -11,8 +11,7 @@
 #include <string>
 #include <string_view>
 
-namespace
-{
+namespace {
 
 using corvandi::targets::Record;
 
@@ -34,10 +33,13 @@ void show(const std::string& bytes)
 }
 
 /// Tells the sequences that the terminal sends for other things than text from text.
-class Input
-{
+class Input {
 public:
-    explicit Input(const char* path) : record_(path) { record_.ready(); }
+    explicit Input(const char* path)
+        : record_(path)
+    {
+        record_.ready();
+    }
 
     void take(std::string_view bytes)
     {

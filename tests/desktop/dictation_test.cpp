@@ -8,10 +8,8 @@
 #include <algorithm>
 #include <thread>
 
-namespace corvandi::testing
-{
-namespace
-{
+namespace corvandi::testing {
+namespace {
 
 using namespace harness;
 using namespace std::chrono_literals;
@@ -25,9 +23,7 @@ bool sawTheHotkey(const TargetApplication& target)
     });
 }
 
-class DictationInto : public ::testing::TestWithParam<Kind>
-{
-};
+class DictationInto : public ::testing::TestWithParam<Kind> {};
 
 TEST_P(DictationInto, InsertsTheWordsAndNothingElse)
 {
@@ -113,8 +109,8 @@ TEST(Dictation, WorksWithPipeWire)
     const TargetApplication target(Kind::terminal, session.folder());
     session.startProgram();
 
-    EXPECT_TRUE(saysWhatWasSaid(session.dictate(recordings::goForward(), target),
-                                recordings::goForward().reference));
+    EXPECT_TRUE(
+        saysWhatWasSaid(session.dictate(recordings::goForward(), target), recordings::goForward().reference));
 }
 
 TEST(Dictation, WorksWithAnotherWindowManagerAndAPanel)
@@ -123,8 +119,8 @@ TEST(Dictation, WorksWithAnotherWindowManagerAndAPanel)
     const TargetApplication target(Kind::terminal, session.folder());
     session.startProgram();
 
-    EXPECT_TRUE(saysWhatWasSaid(session.dictate(recordings::goForward(), target),
-                                recordings::goForward().reference));
+    EXPECT_TRUE(
+        saysWhatWasSaid(session.dictate(recordings::goForward(), target), recordings::goForward().reference));
 }
 
 TEST(Dictation, OfAMinuteWithPausesArrivesWholeAndInOrder)

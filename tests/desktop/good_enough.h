@@ -4,8 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace corvandi::testing
-{
+namespace corvandi::testing {
 
 /// Whether the words of `text` are those of `reference`, in their order, but for what the built-in
 /// engine gets wrong in clear recordings: one word in four at most. (Decoded from their files it makes
@@ -18,7 +17,7 @@ inline ::testing::AssertionResult saysWhatWasSaid(const std::string& text, const
     if (errors * oneIn <= words)
         return ::testing::AssertionSuccess();
     return ::testing::AssertionFailure()
-        << errors << " word errors in " << words << "\nsaid:    " << reference << "\narrived: " << text;
+           << errors << " word errors in " << words << "\nsaid:    " << reference << "\narrived: " << text;
 }
 
 } // namespace corvandi::testing

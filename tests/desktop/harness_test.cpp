@@ -10,17 +10,13 @@
 
 #include <csignal>
 
-namespace corvandi::testing
-{
-namespace
-{
+namespace corvandi::testing {
+namespace {
 
 using namespace harness;
 using Kind = TargetApplication::Kind;
 
-class EveryTarget : public ::testing::TestWithParam<Kind>
-{
-};
+class EveryTarget : public ::testing::TestWithParam<Kind> {};
 
 TEST_P(EveryTarget, RecordsTypedText)
 {
@@ -76,8 +72,8 @@ std::string nameOf(const ::testing::TestParamInfo<Kind>& info)
     return {};
 }
 
-INSTANTIATE_TEST_SUITE_P(Targets, EveryTarget, ::testing::Values(Kind::terminal, Kind::qtField, Kind::gtkField),
-                         nameOf);
+INSTANTIATE_TEST_SUITE_P(Targets, EveryTarget,
+                         ::testing::Values(Kind::terminal, Kind::qtField, Kind::gtkField), nameOf);
 
 TEST(TextFields, TellWhichKeysReachedThem)
 {

@@ -8,10 +8,8 @@
 #include <algorithm>
 #include <csignal>
 
-namespace corvandi::testing
-{
-namespace
-{
+namespace corvandi::testing {
+namespace {
 
 using namespace harness;
 using namespace std::chrono_literals;
@@ -32,9 +30,7 @@ std::chrono::nanoseconds timeToType(Session& session, const TargetApplication& t
     return target.changes().back().at - struck;
 }
 
-class SignalWhileHeld : public ::testing::TestWithParam<int>
-{
-};
+class SignalWhileHeld : public ::testing::TestWithParam<int> {};
 
 TEST_P(SignalWhileHeld, LeavesTheKeyboardWorkingAtOnce)
 {
@@ -86,8 +82,8 @@ TEST(AProgramStoppedWhileTheHotkeyWasHeld, DictatesAgainWhenItContinues)
     target.settle(session.keyboard());
     session.program().process().signal(SIGCONT);
 
-    EXPECT_TRUE(saysWhatWasSaid(session.dictate(recordings::goForward(), target),
-                                recordings::goForward().reference));
+    EXPECT_TRUE(
+        saysWhatWasSaid(session.dictate(recordings::goForward(), target), recordings::goForward().reference));
 }
 
 TEST(Hotkey, WorksAfterTheWindowManagerThatHoldsItToo)
@@ -144,8 +140,8 @@ TEST(Hotkey, ThatAnotherProgramHoldsIsTakenWhenThatIsGone)
     other.reset();
     session.program().waitForLine("global hotkey activated");
 
-    EXPECT_TRUE(saysWhatWasSaid(session.dictate(recordings::goForward(), target),
-                                recordings::goForward().reference));
+    EXPECT_TRUE(
+        saysWhatWasSaid(session.dictate(recordings::goForward(), target), recordings::goForward().reference));
 }
 
 } // namespace

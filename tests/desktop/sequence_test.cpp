@@ -7,10 +7,8 @@
 
 #include <thread>
 
-namespace corvandi::testing
-{
-namespace
-{
+namespace corvandi::testing {
+namespace {
 
 using namespace harness;
 using namespace std::chrono_literals;

@@ -8,10 +8,8 @@
 #include <exception>
 #include <iostream>
 
-namespace corvandi::testing
-{
-namespace
-{
+namespace corvandi::testing {
+namespace {
 
 using namespace harness;
 
@@ -47,7 +45,11 @@ std::string testName()
 
 } // namespace
 
-Session::Session(const Options& options) : folder_(makeFolder()), desktop_(withSound(options)) {}
+Session::Session(const Options& options)
+    : folder_(makeFolder())
+    , desktop_(withSound(options))
+{
+}
 
 Session::~Session()
 {

@@ -11,16 +11,14 @@
 #include <string>
 #include <vector>
 
-namespace corvandi::testing
-{
+namespace corvandi::testing {
 
 /// The order in which the two keys of the hotkey come up.
 enum class ReleaseOrder { keyFirst, optionFirst };
 
 /// One test's desktop, with the program under test and a folder for files. A test that fails leaves a
 /// screenshot, and the program's log in its output.
-class Session
-{
+class Session {
 public:
     using Options = std::vector<std::string>;
 

@@ -8,10 +8,8 @@
 
 #include <csignal>
 
-namespace corvandi::testing
-{
-namespace
-{
+namespace corvandi::testing {
+namespace {
 
 using namespace harness;
 using namespace std::chrono_literals;

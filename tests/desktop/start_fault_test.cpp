@@ -10,10 +10,8 @@
 #include <fstream>
 #include <iterator>
 
-namespace corvandi::testing
-{
-namespace
-{
+namespace corvandi::testing {
+namespace {
 
 using namespace harness;
 using namespace std::chrono_literals;
@@ -126,9 +124,9 @@ TEST(AMissingSpeechModel, IsToldAndTheProgramLivesOn)
     const TargetApplication target(Kind::terminal, session.folder());
     const auto empty = session.folder() / "empty";
     std::filesystem::create_directory(empty);
-    Program program = session.launch({"unshare", "--mount", "sh", "-c",
-                                      "mount --bind '" + empty.string() + "' '" CORVANDI_SPEECH_MODEL
-                                          "' && exec \"$0\""});
+    Program program =
+        session.launch({"unshare", "--mount", "sh", "-c",
+                        "mount --bind '" + empty.string() + "' '" CORVANDI_SPEECH_MODEL "' && exec \"$0\""});
     program.waitForLine("Corvandi: ready");
     session.pressHotkey();
     program.waitForLine("model");
