@@ -1,10 +1,136 @@
 #include "platform/focus/focus_fixture.h"
 #include "support/event_loop.h"
 
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QFile>
+
+#include <csignal>
+
 namespace corvandi::testing {
 namespace {
 
-class BusLossTest : public FocusTest {};
+using std::chrono::seconds;
+
+/// The program that starts the accessibility bus for whoever asks for it, and the bus, its only child.
+class BusStarter {
+public:
+    [[nodiscard]] static pid_t process()
+    {
+        return static_cast<pid_t>(
+            QDBusConnection::sessionBus().interface()->servicePid(QStringLiteral("org.a11y.Bus")).value());
+    }
+
+    [[nodiscard]] static pid_t busProcess()
+    {
+        QFile children(QStringLiteral("/proc/%1/task/%1/children").arg(process()));
+        return children.open(QFile::ReadOnly) ? children.readAll().simplified().toInt() : 0;
+    }
+
+    /// Has applications that start from now on expose themselves; starts the program if it is not there.
+    [[nodiscard]] static bool enable()
+    {
+        // One that is just ending refuses.
+        return waitUntil([] { return tryToEnable(); });
+    }
+
+private:
+    static bool tryToEnable()
+    {
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            QStringLiteral("org.a11y.Bus"), QStringLiteral("/org/a11y/bus"),
+            QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Set"));
+        call << QStringLiteral("org.a11y.Status") << QStringLiteral("IsEnabled")
+             << QVariant::fromValue(QDBusVariant(true));
+        return QDBusConnection::sessionBus().call(call).type() == QDBusMessage::ReplyMessage;
+    }
+};
+
+class BusLossTest : public FocusTest {
+protected:
+    [[nodiscard]] bool saysThatTheBusIsLost()
+    {
+        return waitUntil([&] { return log.contains(QStringLiteral("accessibility bus is out of reach")); });
+    }
+
+    [[nodiscard]] static bool kill(pid_t process) { return process > 1 && ::kill(process, SIGKILL) == 0; }
+
+    [[nodiscard]] static pid_t registryProcess()
+    {
+        const QDBusMessage call =
+            QDBusMessage::createMethodCall(QStringLiteral("org.a11y.Bus"), QStringLiteral("/org/a11y/bus"),
+                                           QStringLiteral("org.a11y.Bus"), QStringLiteral("GetAddress"));
+        const QString address = QDBusConnection::sessionBus().call(call).arguments().value(0).toString();
+        const QString name = QStringLiteral("registry-lookup");
+        const auto process = QDBusConnection::connectToBus(address, name)
+                                 .interface()
+                                 ->servicePid(QStringLiteral("org.a11y.atspi.Registry"));
+        QDBusConnection::disconnectFromBus(name);
+        return static_cast<pid_t>(process.value());
+    }
+
+    void expectTrackingOfNewApplications()
+    {
+        ASSERT_TRUE(BusStarter::enable());
+        const auto password = startQtFields(QStringLiteral("password"));
+        pressKey(QStringLiteral("Tab"));
+        ASSERT_TRUE(password->hasFocusOn(QStringLiteral("password")));
+        // Read only once, so that no reading can have helped to find the answer.
+        runFor(seconds(4));
+        EXPECT_EQ(inspector.currentTarget(), FocusTarget::secure);
+    }
+};
+
+TEST_F(BusLossTest, WhenTheBusDiesTheFocusIsUnknownAndTheLogSaysSoOnce)
+{
+    const auto text = startQtFields(QStringLiteral("text"));
+    ASSERT_TRUE(becomes(FocusTarget::editable));
+    ASSERT_TRUE(kill(BusStarter::busProcess()));
+
+    ASSERT_TRUE(saysThatTheBusIsLost());
+    EXPECT_EQ(inspector.currentTarget(), FocusTarget::unknown);
+    runFor(seconds(1));
+    EXPECT_EQ(log.lines().size(), 1U);
+}
+
+TEST_F(BusLossTest, WhenTheBusIsBackTheTrackingGoesOn)
+{
+    ASSERT_TRUE(BusStarter::enable());
+    const auto text = startQtFields(QStringLiteral("text"));
+    ASSERT_TRUE(becomes(FocusTarget::editable));
+    ASSERT_TRUE(kill(BusStarter::busProcess()));
+    ASSERT_TRUE(saysThatTheBusIsLost());
+
+    expectTrackingOfNewApplications();
+    EXPECT_EQ(log.lines().size(), 1U);
+}
+
+TEST_F(BusLossTest, ANewBusThatReplacesOneThatStillRunsIsFollowed)
+{
+    ASSERT_TRUE(BusStarter::enable());
+    const auto text = startQtFields(QStringLiteral("text"));
+    ASSERT_TRUE(becomes(FocusTarget::editable));
+    const pid_t orphan = BusStarter::busProcess();
+    ASSERT_TRUE(kill(BusStarter::process()));
+
+    expectTrackingOfNewApplications();
+    EXPECT_TRUE(log.lines().empty());
+    EXPECT_TRUE(kill(orphan)) << "the old bus had gone by itself";
+}
+
+TEST_F(BusLossTest, AnotherRegistryIsToldToAnnounceTheFocus)
+{
+    ASSERT_TRUE(BusStarter::enable());
+    const auto text = startQtFields(QStringLiteral("text"));
+    ASSERT_TRUE(becomes(FocusTarget::editable));
+    const pid_t former = registryProcess();
+    ASSERT_TRUE(kill(former));
+    ASSERT_TRUE(waitUntil([&] { return registryProcess() > 0 && registryProcess() != former; }))
+        << "nobody started another one";
+    expectTrackingOfNewApplications();
+}
 
 } // namespace
 } // namespace corvandi::testing

@@ -3,7 +3,6 @@
 #include "platform/linux/focus/object_report.h"
 
 #include <QDBusPendingCallWatcher>
-#include <QTimer>
 
 #include <algorithm>
 #include <array>
@@ -18,6 +17,12 @@ using std::chrono::milliseconds;
 /// Waits before each further try to find a focus that was announced: most applications know it within
 /// the first, one that is still building its window within the last.
 constexpr std::array retryDelays{milliseconds(50), milliseconds(150), milliseconds(400), milliseconds(1200)};
+
+/// How long an application may take between those two steps.
+constexpr std::chrono::seconds secondRegistrationDelay{2};
+
+/// A registry that dies as soon as it is started is not started over and over.
+constexpr std::chrono::seconds registryRestartInterval{5};
 
 /// A call that waits for its reply for as long as the application lives.
 constexpr int withoutTimeLimit = std::numeric_limits<int>::max();
@@ -40,14 +45,28 @@ FocusTracker::FocusTracker(const QDBusConnection& bus, FocusCache& cache,
     applicationWatcher_.setConnection(bus_);
     applicationWatcher_.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
     registryWatcher_.setConnection(bus_);
-    registryWatcher_.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
+    registryWatcher_.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
     registryWatcher_.addWatchedService(registryRoot().bus);
     connect(&applicationWatcher_, &QDBusServiceWatcher::serviceUnregistered, this,
             &FocusTracker::forgetApplication);
-    connect(&registryWatcher_, &QDBusServiceWatcher::serviceRegistered, this, [this] { registerEvents(); });
+    connect(&registryWatcher_, &QDBusServiceWatcher::serviceRegistered, this, &FocusTracker::beginTracking);
+    connect(&registryWatcher_, &QDBusServiceWatcher::serviceUnregistered, this,
+            &FocusTracker::restartRegistry);
+    secondRegistration_.setSingleShot(true);
+    secondRegistration_.setInterval(secondRegistrationDelay);
+    connect(&secondRegistration_, &QTimer::timeout, this, &FocusTracker::registerEvents);
+    connect(&secondRegistration_, &QTimer::timeout, this, &FocusTracker::inspectActiveWindows);
     listen();
+    beginTracking();
+}
+
+/// Applications read the list of registered events before they listen for additions to it. One that
+/// starts at the same moment misses a registration in between, and would stay mute without a second one.
+void FocusTracker::beginTracking()
+{
     registerEvents();
     inspectActiveWindows();
+    secondRegistration_.start();
 }
 
 void FocusTracker::listen()
@@ -79,6 +98,16 @@ void FocusTracker::registerEvents()
             reply->deleteLater();
         });
     }
+}
+
+/// An application that starts together with a new registry may miss what is registered there, so there
+/// had better be one before any application asks for it. Registering starts it.
+void FocusTracker::restartRegistry()
+{
+    if (!nextRegistryRestart_.hasExpired())
+        return;
+    nextRegistryRestart_ = QDeadlineTimer(registryRestartInterval);
+    registerEvents();
 }
 
 void FocusTracker::onFocused(const QDBusMessage& event)

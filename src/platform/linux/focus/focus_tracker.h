@@ -6,6 +6,7 @@
 
 #include <QDBusServiceWatcher>
 #include <QObject>
+#include <QTimer>
 
 #include <functional>
 
@@ -57,7 +58,9 @@ private:
     enum class Finding { focused, notFocused, gone };
 
     void listen();
+    void beginTracking();
     void registerEvents();
+    void restartRegistry();
     void inspectActiveWindows();
     void inspectAnnounced();
     void inspectKnown(const QString& bus, Cause cause);
@@ -76,6 +79,8 @@ private:
     BusReader reader_;
     QDBusServiceWatcher applicationWatcher_;
     QDBusServiceWatcher registryWatcher_;
+    QDeadlineTimer nextRegistryRestart_;
+    QTimer secondRegistration_;
     /// Path of the element that an application announced last, until it has been inspected.
     QHash<QString, QString> announced_;
     QHash<QString, uint64_t> announcements_;
