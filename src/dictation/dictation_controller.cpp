@@ -64,9 +64,9 @@ DictationController::DictationController(Private, Settings& settings, const Plat
     : settings_(settings)
     , platform_(platform)
     , hud_(platform.queue, platform.hudPanels)
-    , audio_(platform.audioInput, platform.queue)
     , speech_(platform.speechFramework, platform.audioConverters, platform.queue, platform.log,
               platform.locale)
+    , audio_(platform.audioInput, platform.queue)
     , focusInspector_(platform.focusedElements)
     , injector_(platform.keyboard, platform.pasteboard, platform.queue)
     , hotkey_(platform.eventTaps, platform.queue)

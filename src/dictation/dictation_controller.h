@@ -102,8 +102,9 @@ private:
     Settings& settings_;
     Platform platform_;
     HUDController hud_;
-    AudioEngine audio_;
     SpeechService speech_;
+    /// After the service, so that nothing feeds it any more when it goes.
+    AudioEngine audio_;
     FocusInspector focusInspector_;
     TextInjector injector_;
     HotKeyManager hotkey_;

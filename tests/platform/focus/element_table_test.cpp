@@ -43,13 +43,12 @@ AccessibleTraits readableText(uint32_t role)
     return {.role = role, .hasText = true};
 }
 
-class FixedElement : public AccessibilityClient {
+class FixedElement : public FocusedElementReader {
 public:
     explicit FixedElement(FocusedElement element)
         : element_(std::move(element))
     {
     }
-    [[nodiscard]] bool isProcessTrusted(TrustPrompt) override { return true; }
     [[nodiscard]] std::optional<FocusedElement> focusedElement() override { return element_; }
 
 private:

@@ -13,11 +13,10 @@
 namespace corvandi::testing {
 
 /// The accessibility client as the classification sees it, with the focus of the real desktop.
-class DesktopFocus : public AccessibilityClient {
+class DesktopFocus : public FocusedElementReader {
 public:
     explicit DesktopFocus(SystemLog& log);
 
-    [[nodiscard]] bool isProcessTrusted(TrustPrompt) override { return true; }
     [[nodiscard]] std::optional<FocusedElement> focusedElement() override { return focus_.focusedElement(); }
     [[nodiscard]] std::optional<pid_t> activeProcess() const { return activeProcess_(); }
 
