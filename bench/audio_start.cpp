@@ -13,10 +13,8 @@
 #include <atomic>
 #include <vector>
 
-namespace corvandi::bench
-{
-namespace
-{
+namespace corvandi::bench {
+namespace {
 
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
@@ -24,8 +22,7 @@ using Clock = std::chrono::steady_clock;
 constexpr int runs = 20;
 constexpr uint32_t framesPerBlock = 2048;
 
-class StderrLog : public SystemLog
-{
+class StderrLog : public SystemLog {
     void writeLine(const QString& line) override { QTextStream(stderr) << line << Qt::endl; }
 };
 
@@ -74,8 +71,8 @@ int print(AudioInput& input)
         times.push_back(*time);
     }
     std::sort(times.begin(), times.end());
-    out << "first block after " << times[runs / 2] << " ms (median of " << runs << "), "
-        << times.front() << " to " << times.back() << " ms" << Qt::endl;
+    out << "first block after " << times[runs / 2] << " ms (median of " << runs << "), " << times.front()
+        << " to " << times.back() << " ms" << Qt::endl;
     return 0;
 }
 

@@ -11,10 +11,8 @@
 #include <numeric>
 #include <thread>
 
-namespace corvandi::bench
-{
-namespace
-{
+namespace corvandi::bench {
+namespace {
 
 using Clock = std::chrono::steady_clock;
 
@@ -119,8 +117,7 @@ const std::vector<Recording>& humanRecordings()
         {QStringLiteral("cards/002.wav"), QStringLiteral("four queen of clubs")},
         {QStringLiteral("cards/003.wav"), QStringLiteral("seven of clubs")},
         {QStringLiteral("cards/004.wav"), QStringLiteral("five five")},
-        {QStringLiteral("cards/005.wav"),
-         QStringLiteral("eight of spades four of clubs seven of hearts")},
+        {QStringLiteral("cards/005.wav"), QStringLiteral("eight of spades four of clubs seven of hearts")},
         {QStringLiteral("goforward.raw"), QStringLiteral("go forward ten meters")},
         {QStringLiteral("something.raw"), QStringLiteral("go somewhere and do something")},
         {QStringLiteral("tidigits/dhd.2934z.raw"), QStringLiteral("two nine three four zero")},

@@ -12,8 +12,7 @@
 #include <span>
 #include <vector>
 
-namespace corvandi::bench
-{
+namespace corvandi::bench {
 
 /// Sound as the speech engine wants it: 16 kHz, mono.
 using Samples = std::vector<int16_t>;

@@ -14,10 +14,8 @@
 
 #include <algorithm>
 
-namespace corvandi::bench
-{
-namespace
-{
+namespace corvandi::bench {
+namespace {
 
 constexpr AudioFormat engine{16000, 1, SampleFormat::int16};
 constexpr uint32_t framesPerBlock = 2048;
@@ -113,13 +111,13 @@ void print(SpeechFramework& framework, const Options& options)
         errors += wrong;
         waits.push_back(transcript.wait.count());
         out << qSetRealNumberPrecision(1) << Qt::fixed << static_cast<double>(item.sound.size()) / 16000
-            << " s  " << wrong << '/' << reference.size() << " wrong  " << transcript.wait.count()
-            << " ms  " << transcript.pieces.size() << " pieces  " << transcript.text << Qt::endl;
+            << " s  " << wrong << '/' << reference.size() << " wrong  " << transcript.wait.count() << " ms  "
+            << transcript.pieces.size() << " pieces  " << transcript.text << Qt::endl;
     }
     std::sort(waits.begin(), waits.end());
-    out << "total: " << 100.0 * static_cast<double>(errors) / static_cast<double>(words)
-        << " % word errors (" << errors << '/' << words << "), wait median " << waits[waits.size() / 2]
-        << " ms, longest " << waits.back() << " ms" << Qt::endl;
+    out << "total: " << 100.0 * static_cast<double>(errors) / static_cast<double>(words) << " % word errors ("
+        << errors << '/' << words << "), wait median " << waits[waits.size() / 2] << " ms, longest "
+        << waits.back() << " ms" << Qt::endl;
 }
 
 } // namespace

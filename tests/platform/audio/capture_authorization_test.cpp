@@ -2,7 +2,6 @@
 
 #include "recorder.h"
 
-
 #include <gtest/gtest.h>
 
 namespace corvandi {

@@ -17,13 +17,30 @@ using namespace std::chrono_literals;
 using bench::Pace;
 using bench::Samples;
 using bench::Transcript;
-using testing::waitUntil;
 
 constexpr size_t oneSecond = 16000;
+
+/// Decoding is a matter of seconds on a machine that has much else to do.
+template<class Condition>
+bool waitUntil(Condition condition)
+{
+    return testing::waitUntil(condition, 30s);
+}
 
 Samples recording(size_t index)
 {
     return bench::humanRecordings().at(index).load();
+}
+
+/// "Go forward ten meters."
+Samples goForward()
+{
+    return recording(10);
+}
+/// "Go somewhere and do something."
+Samples goSomewhere()
+{
+    return recording(11);
 }
 
 void append(Samples& sound, const Samples& more)
@@ -155,7 +172,7 @@ TEST_F(PocketSphinxTest, UnderstandsHumanSpeech)
 
 TEST_F(PocketSphinxTest, WritesSentences)
 {
-    const Transcript transcript = bench::transcribe(*framework, recording(10), Pace::asFastAsPossible);
+    const Transcript transcript = bench::transcribe(*framework, goForward(), Pace::asFastAsPossible);
     EXPECT_EQ(transcript.text.toStdString(), "Go forward ten meters.");
 }
 
@@ -183,7 +200,7 @@ TEST_F(PocketSphinxTest, NoSoundAtAllGivesNoText)
 
 TEST_F(PocketSphinxTest, EachPauseYieldsAFinalResultWhileTheSpeakerGoesOn)
 {
-    Samples sound = recording(4);
+    Samples sound = goSomewhere();
     append(sound, Samples(oneSecond));
     Session session(*framework);
     const auto stream = streamOf(sound);
@@ -192,19 +209,18 @@ TEST_F(PocketSphinxTest, EachPauseYieldsAFinalResultWhileTheSpeakerGoesOn)
     EXPECT_FALSE(session.results.hasEnded);
 
     AudioStream::Node more;
-    more.emplace_back(AudioFormat{16000, 1, SampleFormat::int16}, recording(10));
+    more.emplace_back(AudioFormat{16000, 1, SampleFormat::int16}, goForward());
     stream->yield(std::move(more));
     stream->finish();
     session.finalize();
     ASSERT_TRUE(waitUntil([&] { return session.results.hasEnded && session.finalized.hasEnded; }));
-    EXPECT_EQ(session.text().toStdString(), ("He might even have been made amiable himself. "
-                                             "Go forward ten meters."));
+    EXPECT_EQ(session.text().toStdString(), "Go somewhere and do something. Go forward ten meters.");
 }
 
 TEST_F(PocketSphinxTest, AnalyzersOneAfterTheOtherWork)
 {
     for (int i = 0; i < 3; ++i) {
-        const Transcript transcript = bench::transcribe(*framework, recording(10), Pace::asFastAsPossible);
+        const Transcript transcript = bench::transcribe(*framework, goForward(), Pace::asFastAsPossible);
         EXPECT_EQ(transcript.text.toStdString(), "Go forward ten meters.");
     }
 }
@@ -213,8 +229,8 @@ TEST_F(PocketSphinxTest, AnAnalyzerThatStartsWhileAnotherFinalizesGetsItsTurn)
 {
     Session first(*framework);
     Session second(*framework);
-    const auto firstInput = streamOf(recording(4));
-    const auto secondInput = streamOf(recording(10));
+    const auto firstInput = streamOf(goSomewhere());
+    const auto secondInput = streamOf(goForward());
     first.start(firstInput);
     ASSERT_TRUE(waitUntil([&] { return first.started.hasEnded; }));
     firstInput->finish();
@@ -226,14 +242,14 @@ TEST_F(PocketSphinxTest, AnAnalyzerThatStartsWhileAnotherFinalizesGetsItsTurn)
     second.finalize();
     ASSERT_TRUE(waitUntil([&] { return first.finalized.hasEnded && second.finalized.hasEnded; }));
     ASSERT_TRUE(waitUntil([&] { return first.results.hasEnded && second.results.hasEnded; }));
-    EXPECT_EQ(first.text().toStdString(), "He might even have been made amiable himself.");
+    EXPECT_EQ(first.text().toStdString(), "Go somewhere and do something.");
     EXPECT_EQ(second.text().toStdString(), "Go forward ten meters.");
 }
 
 TEST_F(PocketSphinxTest, TheLastResultComesBeforeFinalizingEnds)
 {
     Session session(*framework);
-    const auto input = streamOf(recording(10));
+    const auto input = streamOf(goForward());
     input->finish();
     session.start(input);
     ASSERT_TRUE(waitUntil([&] { return session.started.hasEnded; }));
@@ -257,12 +273,12 @@ TEST_F(PocketSphinxTest, AnAbandonedAnalyzerMakesRoomForTheNext)
 {
     {
         Session abandoned(*framework);
-        abandoned.start(streamOf(recording(4)));
+        abandoned.start(streamOf(goSomewhere()));
         ASSERT_TRUE(waitUntil([&] { return abandoned.started.hasEnded; }));
         abandoned.analyzer.reset();
         ASSERT_TRUE(waitUntil([&] { return abandoned.results.hasEnded; }));
     }
-    const Transcript transcript = bench::transcribe(*framework, recording(10), Pace::asFastAsPossible);
+    const Transcript transcript = bench::transcribe(*framework, goForward(), Pace::asFastAsPossible);
     EXPECT_EQ(transcript.text.toStdString(), "Go forward ten meters.");
 }
 
@@ -306,7 +322,7 @@ TEST_F(PocketSphinxTest, SoundInTheWrongFormatFailsThatDictationOnly)
     ASSERT_TRUE(waitUntil([&] { return session.finalized.hasEnded && session.results.hasEnded; }));
     EXPECT_TRUE(session.finalized.failure);
     EXPECT_TRUE(session.results.failure);
-    const Transcript transcript = bench::transcribe(*framework, recording(10), Pace::asFastAsPossible);
+    const Transcript transcript = bench::transcribe(*framework, goForward(), Pace::asFastAsPossible);
     EXPECT_EQ(transcript.text.toStdString(), "Go forward ten meters.");
 }
 
@@ -337,7 +353,7 @@ TEST_F(PocketSphinxTest, StartingWithoutAModelFails)
 {
     PocketSphinxFramework without(QStringLiteral("/nonexistent"), queue);
     Session session(without);
-    session.start(streamOf(recording(10)));
+    session.start(streamOf(goForward()));
     ASSERT_TRUE(waitUntil([&] { return session.started.hasEnded; }));
     ASSERT_TRUE(session.started.failure);
     EXPECT_TRUE(session.started.failure->contains(QStringLiteral("pocketsphinx-en-us")));

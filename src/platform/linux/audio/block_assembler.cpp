@@ -2,8 +2,7 @@
 
 #include <algorithm>
 
-namespace corvandi
-{
+namespace corvandi {
 
 BlockAssembler::BlockAssembler(const AudioFormat& format, uint32_t framesPerBlock, AudioInput::TapBlock tap)
     : samplesPerBlock_(size_t{framesPerBlock} * format.channelCount)

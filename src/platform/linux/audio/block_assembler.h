@@ -6,15 +6,13 @@
 #include <cstdint>
 #include <span>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// Makes blocks of equal length out of pieces of any length and hands each to the tap. One buffer is
 /// used over and over, so that nothing is allocated while sound runs.
 ///
 /// Thread: one at a time, any.
-class BlockAssembler
-{
+class BlockAssembler {
 public:
     BlockAssembler(const AudioFormat& format, uint32_t framesPerBlock, AudioInput::TapBlock tap);
 

@@ -5,15 +5,13 @@
 #include <functional>
 #include <memory>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// Takes work from the sound thread to the object on the main thread that owns this mailbox. Work that
 /// arrives after the mailbox has been destroyed is dropped.
 ///
 /// Thread: `post` from any as long as the mailbox lives; the work runs on the main thread.
-class MainThreadMailbox
-{
+class MainThreadMailbox {
 public:
     explicit MainThreadMailbox(MainQueue& queue)
         : queue_(queue)
@@ -29,8 +27,7 @@ public:
     }
 
 private:
-    struct Token {
-    };
+    struct Token {};
 
     MainQueue& queue_;
     const std::shared_ptr<const Token> token_ = std::make_shared<Token>();

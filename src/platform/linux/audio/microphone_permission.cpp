@@ -8,10 +8,8 @@
 #include <QMap>
 #include <QStringList>
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 /// For each application "yes", "no" or "ask".
 using Permissions = QMap<QString, QStringList>;

@@ -5,8 +5,7 @@
 #include <QDBusPendingCall>
 #include <QString>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// Asks the desktop's permission store about the microphone, without waiting for the answer.
 [[nodiscard]] QDBusPendingCall askForMicrophonePermissions();

@@ -5,10 +5,8 @@
 #include "platform/linux/audio/pulse_recording.h"
 #include "platform/linux/audio/pulse_thread.h"
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 using namespace std::chrono_literals;
 

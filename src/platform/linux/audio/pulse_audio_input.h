@@ -10,8 +10,7 @@
 #include <memory>
 #include <optional>
 
-namespace corvandi
-{
+namespace corvandi {
 
 class PulseRecording;
 
@@ -27,8 +26,7 @@ class PulseRecording;
 /// still be drained by `removeTap`.
 ///
 /// Thread: main thread only; the tap block runs on the sound thread.
-class PulseAudioInput : public AudioInput
-{
+class PulseAudioInput : public AudioInput {
 public:
     /// `server`, `queue` and `log` must outlive the input.
     PulseAudioInput(PulseServer& server, MainQueue& queue, SystemLog& log);

@@ -4,8 +4,7 @@
 
 #include <QDBusPendingCallWatcher>
 
-namespace corvandi
-{
+namespace corvandi {
 
 PulseCaptureAuthorization::PulseCaptureAuthorization(PulseServer& server, MainQueue& queue,
                                                      std::optional<QString> sandboxedId)

@@ -13,8 +13,7 @@
 
 class QDBusPendingCallWatcher;
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// Whether this program may use the microphone. In a sandbox the desktop's permission store says so;
 /// outside of one there is no such control, and only a sound server that refuses us denies it.
@@ -22,8 +21,7 @@ namespace corvandi
 /// `status` answers from memory and has the store asked again for the next time. Where the store has
 /// no answer yet, the desktop asks the person when the microphone is first used; `requestAccess` then
 /// counts as granted unless the store says no. A store that hangs is waited for 25 seconds.
-class PulseCaptureAuthorization : public CaptureAuthorization
-{
+class PulseCaptureAuthorization : public CaptureAuthorization {
 public:
     /// `sandboxedId` is the program's name in its sandbox, nothing outside of one. `server` and `queue`
     /// must outlive the object.

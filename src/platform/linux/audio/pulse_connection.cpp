@@ -1,9 +1,7 @@
 #include "platform/linux/audio/pulse_connection.h"
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 PulseContext makeContext(pa_mainloop_api& loop)
 {
@@ -26,8 +24,8 @@ PulseConnection::PulseConnection(pa_mainloop_api& loop, Changed changed)
     , context_(makeContext(loop))
 {
     pa_context_set_state_callback(
-        context_.get(),
-        [](pa_context*, void* self) { static_cast<PulseConnection*>(self)->stateChanged(); }, this);
+        context_.get(), [](pa_context*, void* self) { static_cast<PulseConnection*>(self)->stateChanged(); },
+        this);
     if (pa_context_connect(context_.get(), nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0)
         fail();
 }
@@ -51,8 +49,8 @@ void PulseConnection::fail()
     if (state_.phase == PulseConnectionState::Phase::failed)
         return;
     const int error = pa_context_errno(context_.get());
-    state_ = {PulseConnectionState::Phase::failed, meansRefused(error),
-              QString::fromUtf8(pa_strerror(error)), AudioFormat()};
+    state_ = {PulseConnectionState::Phase::failed, meansRefused(error), QString::fromUtf8(pa_strerror(error)),
+              AudioFormat()};
     source_.reset();
     publish();
 }
@@ -65,8 +63,8 @@ void PulseConnection::watchSource()
             static_cast<PulseConnection*>(self)->querySource();
         },
         this);
-    constexpr auto changes
-        = static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SOURCE | PA_SUBSCRIPTION_MASK_SERVER);
+    constexpr auto changes =
+        static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SOURCE | PA_SUBSCRIPTION_MASK_SERVER);
     subscription_.reset(pa_context_subscribe(context_.get(), changes, nullptr, nullptr));
     querySource();
 }

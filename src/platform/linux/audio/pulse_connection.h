@@ -9,8 +9,7 @@
 #include <optional>
 #include <string>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// A microphone as the sound server describes it.
 struct SoundSource {
@@ -42,8 +41,7 @@ struct PulseConnectionState {
 ///
 /// Thread: the sound thread only; `changed` is called there, also from within the constructor, and may
 /// not destroy the connection.
-class PulseConnection
-{
+class PulseConnection {
 public:
     using Changed = std::function<void(const PulseConnectionState&)>;
 

@@ -6,8 +6,7 @@
 #include <functional>
 #include <memory>
 
-namespace corvandi
-{
+namespace corvandi {
 
 // The sound library's objects, each with one owner. Letting go of one ends what it does, and its
 // callbacks are not called any more.
@@ -51,8 +50,7 @@ struct PulsePropertiesDeleter {
 using PulseProperties = std::unique_ptr<pa_proplist, PulsePropertiesDeleter>;
 
 /// Calls `expired` once, `delay` from now, unless it is destroyed before.
-class PulseTimer
-{
+class PulseTimer {
 public:
     using Expired = std::function<void()>;
 

@@ -4,10 +4,8 @@
 #include <limits>
 #include <span>
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 using namespace std::chrono_literals;
 
@@ -52,8 +50,8 @@ void PulseRecording::connect(pa_context* context, const SoundSource& source, con
 {
     const pa_sample_spec spec = sampleSpec(format);
     // The device's own channel order, or else the server would mix them by their default names.
-    const pa_channel_map* channels
-        = pa_channel_map_compatible(&source.channels, &spec) != 0 ? &source.channels : nullptr;
+    const pa_channel_map* channels =
+        pa_channel_map_compatible(&source.channels, &spec) != 0 ? &source.channels : nullptr;
     stream_.reset(pa_stream_new(context, "Dictation", &spec, channels));
     if (!stream_) {
         fail(QString::fromUtf8(pa_strerror(pa_context_errno(context))));
@@ -67,8 +65,7 @@ void PulseRecording::connect(pa_context* context, const SoundSource& source, con
         this);
     const pa_buffer_attr attributes = bufferAttributes(spec);
     // Not to be moved: when the microphone is unplugged, the server would go on with a sink's monitor.
-    constexpr auto flags
-        = static_cast<pa_stream_flags_t>(PA_STREAM_ADJUST_LATENCY | PA_STREAM_DONT_MOVE);
+    constexpr auto flags = static_cast<pa_stream_flags_t>(PA_STREAM_ADJUST_LATENCY | PA_STREAM_DONT_MOVE);
     if (pa_stream_connect_record(stream_.get(), source.name.c_str(), &attributes, flags) < 0)
         fail(lastError(stream_.get()));
 }
@@ -79,8 +76,7 @@ void PulseRecording::streamStateChanged()
     if (state == PA_STREAM_READY)
         begin();
     else if (!PA_STREAM_IS_GOOD(state))
-        fail(state == PA_STREAM_FAILED ? lastError(stream_.get())
-                                       : QStringLiteral("the device went away"));
+        fail(state == PA_STREAM_FAILED ? lastError(stream_.get()) : QStringLiteral("the device went away"));
 }
 
 void PulseRecording::begin()

@@ -11,15 +11,13 @@
 #include <functional>
 #include <optional>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// One run of recording: a stream from the input device, handed to the tap in equal blocks.
 ///
 /// Thread: the sound thread only; the tap and all callbacks are called there. A callback must not
 /// destroy the recording.
-class PulseRecording
-{
+class PulseRecording {
 public:
     struct Tap {
         AudioFormat format;

@@ -6,10 +6,8 @@
 
 #include <array>
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 using namespace std::chrono_literals;
 

@@ -11,8 +11,7 @@
 #include <functional>
 #include <memory>
 
-namespace corvandi
-{
+namespace corvandi {
 
 class PulseConnection;
 struct PulseConnectionState;
@@ -28,8 +27,7 @@ class SocketWatch;
 /// whoever wants something of it sets his own limit.
 ///
 /// Thread: main thread only. No call waits, except the destructor for the sound thread's end.
-class PulseServer
-{
+class PulseServer {
 public:
     PulseServer(MainQueue& queue, SystemLog& log);
     ~PulseServer();

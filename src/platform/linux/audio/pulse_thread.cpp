@@ -9,14 +9,11 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 /// Wakes an event loop from another thread.
-class WakeUp
-{
+class WakeUp {
 public:
     WakeUp()
         : descriptor_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
@@ -44,8 +41,7 @@ struct LoopDeleter {
 
 } // namespace
 
-class PulseThread::Loop
-{
+class PulseThread::Loop {
 public:
     explicit Loop(PulseThread& owner)
         : owner_(owner)

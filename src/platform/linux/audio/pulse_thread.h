@@ -7,13 +7,11 @@
 
 struct pa_mainloop_api;
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// The sound thread: it runs the sound library's event loop, and all of that library's objects live on
 /// it. It sleeps until there is something to do.
-class PulseThread
-{
+class PulseThread {
 public:
     using Work = std::function<void()>;
 

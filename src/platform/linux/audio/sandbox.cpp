@@ -3,8 +3,7 @@
 #include <QFile>
 #include <QSettings>
 
-namespace corvandi
-{
+namespace corvandi {
 
 std::optional<QString> sandboxedApplicationId()
 {

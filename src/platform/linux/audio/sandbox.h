@@ -4,8 +4,7 @@
 
 #include <optional>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// The name under which a sandbox (Flatpak or Snap) runs this program and the desktop keeps its
 /// permissions; nothing when it does not run in one.

@@ -3,10 +3,8 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 /// The folder of the native protocol's socket, by the sound library's own rules.
 QString socketFolder()

@@ -6,10 +6,8 @@
 #include <cmath>
 #include <span>
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 constexpr float int16Scale = 32768.0F;
 /// Of 0 to 10. Flat up to 7 kHz of 8, 2.5 ms of delay, some thousand times faster than the sound.
@@ -79,8 +77,7 @@ AudioBuffer makeBuffer(const AudioFormat& format, std::vector<float> samples)
     return {format, std::move(values)};
 }
 
-class SpeexAudioConverter : public AudioConverter
-{
+class SpeexAudioConverter : public AudioConverter {
 public:
     SpeexAudioConverter(const AudioFormat& from, const AudioFormat& to, Resampler resampler)
         : from_(from)

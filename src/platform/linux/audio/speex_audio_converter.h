@@ -2,14 +2,12 @@
 
 #include "platform/audio_converter.h"
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// Makes converters to mono: the channels are averaged, then resampled, then given in the wanted sample
 /// format. There is one for any number of channels, any whole sample rates and both sample formats, but
 /// none to more than one channel.
-class SpeexAudioConverters : public AudioConverters
-{
+class SpeexAudioConverters : public AudioConverters {
 public:
     [[nodiscard]] std::unique_ptr<AudioConverter> create(const AudioFormat& from,
                                                          const AudioFormat& to) override;

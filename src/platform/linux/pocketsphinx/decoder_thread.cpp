@@ -1,7 +1,6 @@
 #include "platform/linux/pocketsphinx/decoder_thread.h"
 
-namespace corvandi
-{
+namespace corvandi {
 
 DecoderThread::DecoderThread()
     : thread_([this] { run(); })

@@ -6,12 +6,10 @@
 #include <mutex>
 #include <thread>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// A thread that does jobs one after the other and sleeps when there are none.
-class DecoderThread
-{
+class DecoderThread {
 public:
     using Job = std::function<void()>;
 

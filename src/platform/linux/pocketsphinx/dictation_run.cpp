@@ -6,14 +6,11 @@
 #include "platform/linux/pocketsphinx/utterance_splitter.h"
 #include "platform/linux/pocketsphinx/voice_detector.h"
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 /// Decodes utterances as they are found and reports their text.
-class Transcription : public UtteranceSink
-{
+class Transcription : public UtteranceSink {
 public:
     Transcription(SphinxDecoder& decoder, const Dictation& dictation)
         : decoder_(decoder)

@@ -9,8 +9,7 @@
 #include <functional>
 #include <memory>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// What one dictation hands to the decoder's thread.
 struct Dictation {

@@ -1,20 +1,15 @@
 #include "platform/linux/pocketsphinx/model_files.h"
 
 #include "base/error.h"
+#include "platform/linux/pocketsphinx/model_check.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QStringList>
 
 #include <array>
-#include <bit>
-#include <cstdint>
-#include <cstring>
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 /// The acoustic model's files whose content carries a checksum.
 constexpr std::array<const char*, 3> parameterFiles{"means", "variances", "transition_matrices"};
@@ -34,32 +29,11 @@ QByteArray contents(const QString& path)
     return file.readAll();
 }
 
-uint32_t wordAt(const QByteArray& data, qsizetype offset)
+template<class Check>
+void verifyFile(const QString& path, const Check& isIntact)
 {
-    uint32_t word = 0;
-    std::memcpy(&word, data.constData() + offset, sizeof word);
-    return word;
-}
-
-/// A text header, a byte-order mark, 32-bit numbers, and a checksum over these.
-bool isIntactParameterFile(const QByteArray& data)
-{
-    constexpr uint32_t byteOrderMark = 0x11223344;
-    constexpr int rotation = 20;
-    constexpr qsizetype wordSize = sizeof(uint32_t);
-    const QByteArray headerEnd("endhdr\n");
-    const qsizetype header = data.indexOf(headerEnd);
-    if (!data.startsWith("s3\n") || header < 0)
-        return false;
-    const qsizetype begin = header + headerEnd.size();
-    const qsizetype checksumOffset = data.size() - wordSize;
-    if (checksumOffset < begin + wordSize || (checksumOffset - begin) % wordSize != 0
-        || wordAt(data, begin) != byteOrderMark)
-        return false;
-    uint32_t sum = 0;
-    for (qsizetype offset = begin + wordSize; offset < checksumOffset; offset += wordSize)
-        sum = std::rotl(sum, rotation) + wordAt(data, offset);
-    return sum == wordAt(data, checksumOffset);
+    if (!isIntact(contents(path)))
+        reject(path);
 }
 
 } // namespace
@@ -84,17 +58,24 @@ ModelFiles::ModelFiles(const QString& folder)
 
 bool ModelFiles::arePresent() const
 {
-    return QFileInfo(acousticModel).isDir() && QFileInfo::exists(dictionary)
-        && QFileInfo::exists(languageModel);
+    return QFileInfo(acousticModel).isDir() && QFileInfo::exists(dictionary) &&
+           QFileInfo::exists(languageModel);
 }
 
 void ModelFiles::verify() const
 {
-    for (const char* name : parameterFiles) {
-        const QString path = acousticModel + QLatin1Char('/') + QLatin1String(name);
-        if (!isIntactParameterFile(contents(path)))
-            reject(path);
-    }
+    for (const char* name : parameterFiles)
+        verifyFile(acousticFile(name), isIntactParameterFile);
+    verifyFile(acousticFile("mdef"), isIntactDefinition);
+    verifyFile(acousticFile("sendump"), [definition = contents(acousticFile("mdef"))](const auto& weights) {
+        return areIntactWeights(weights, definition);
+    });
+    verifyFile(dictionary, isIntactDictionary);
+}
+
+QString ModelFiles::acousticFile(const char* name) const
+{
+    return acousticModel + QLatin1Char('/') + QLatin1String(name);
 }
 
 } // namespace corvandi

@@ -2,8 +2,7 @@
 
 #include <QString>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// Where the distribution's package puts the English model.
 [[nodiscard]] QString installedModelFolder();
@@ -24,6 +23,9 @@ struct ModelFiles {
     /// Reads the files and finds what the recognition library does not check but relies on: truncated
     /// or overwritten ones. Throws `Error` naming the first bad file.
     void verify() const;
+
+private:
+    [[nodiscard]] QString acousticFile(const char* name) const;
 };
 
 } // namespace corvandi

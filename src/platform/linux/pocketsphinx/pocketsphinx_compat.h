@@ -18,8 +18,7 @@
 #include <memory>
 #include <string>
 
-namespace corvandi::sphinx
-{
+namespace corvandi::sphinx {
 
 struct DecoderDeleter {
     void operator()(ps_decoder_t* decoder) const { ps_free(decoder); }

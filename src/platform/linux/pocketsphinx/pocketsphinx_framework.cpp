@@ -5,10 +5,8 @@
 #include "platform/linux/pocketsphinx/result_channel.h"
 #include "platform/linux/pocketsphinx/sound_format.h"
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 std::shared_ptr<Recognizer> lock(const std::weak_ptr<Recognizer>& engine)
 {
@@ -18,8 +16,7 @@ std::shared_ptr<Recognizer> lock(const std::weak_ptr<Recognizer>& engine)
     return locked;
 }
 
-class Transcriber : public SpeechTranscriber
-{
+class Transcriber : public SpeechTranscriber {
 public:
     QCoro::Task<std::optional<SpeechResult>> nextResult() override { return ResultChannel::next(channel_); }
 
@@ -38,8 +35,7 @@ QCoro::Task<ModelPresence> load(std::weak_ptr<Recognizer> engine)
     co_return presence;
 }
 
-class Analyzer : public SpeechAnalyzer, public std::enable_shared_from_this<Analyzer>
-{
+class Analyzer : public SpeechAnalyzer, public std::enable_shared_from_this<Analyzer> {
 public:
     Analyzer(std::shared_ptr<ResultChannel> channel, std::weak_ptr<Recognizer> engine, MainQueue& queue)
         : channel_(std::move(channel))
@@ -103,8 +99,7 @@ private:
 };
 
 /// The model comes from the distribution; this program can't install it.
-class MissingModel : public AssetInstallationRequest
-{
+class MissingModel : public AssetInstallationRequest {
 public:
     QCoro::Task<> downloadAndInstall() override
     {

@@ -7,8 +7,7 @@
 
 #include <memory>
 
-namespace corvandi
-{
+namespace corvandi {
 
 class Recognizer;
 
@@ -25,8 +24,7 @@ class Recognizer;
 /// Destroying the framework ends everything that is going on within some milliseconds; results and
 /// `finalizeAndFinishThroughEndOfInput` that are awaited then throw. Destroying an analyzer abandons
 /// its dictation.
-class PocketSphinxFramework : public SpeechFramework
-{
+class PocketSphinxFramework : public SpeechFramework {
 public:
     /// `queue` must outlive the framework.
     PocketSphinxFramework(const QString& modelFolder, MainQueue& queue);

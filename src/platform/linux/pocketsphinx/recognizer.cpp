@@ -2,10 +2,8 @@
 
 #include "base/error.h"
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 std::exception_ptr engineHasEnded()
 {

@@ -13,8 +13,7 @@
 #include <memory>
 #include <vector>
 
-namespace corvandi
-{
+namespace corvandi {
 
 enum class ModelPresence { loaded, notInstalled };
 
@@ -22,8 +21,7 @@ enum class ModelPresence { loaded, notInstalled };
 ///
 /// Thread: main thread only. Destroying it cancels all dictations and waits for the thread, which takes
 /// some milliseconds.
-class Recognizer
-{
+class Recognizer {
 public:
     Recognizer(const QString& modelFolder, MainQueue& queue);
     ~Recognizer();

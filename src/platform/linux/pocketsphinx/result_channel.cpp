@@ -2,8 +2,7 @@
 
 #include <utility>
 
-namespace corvandi
-{
+namespace corvandi {
 
 void ResultChannel::push(SpeechResult result)
 {

@@ -9,14 +9,12 @@
 #include <exception>
 #include <optional>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// The results of one dictation on their way from the engine to whoever waits for them.
 ///
 /// Thread: main thread only.
-class ResultChannel
-{
+class ResultChannel {
 public:
     void push(SpeechResult result);
     /// Nothing more will come; `failure` says why if something failed, else it is null. Only the first

@@ -2,10 +2,8 @@
 
 #include <utility>
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 using namespace std::chrono_literals;
 

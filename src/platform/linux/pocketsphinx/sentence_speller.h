@@ -5,14 +5,12 @@
 
 #include <chrono>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// Spells the recogniser's bare words as sentences: a capital at the start, the word "I", and a full
 /// stop where the speaker paused as between sentences and at the end. The pieces that it returns
 /// concatenate to the text as they are. One speller spells one dictation.
-class SentenceSpeller
-{
+class SentenceSpeller {
 public:
     /// Spells what was said after a pause of the length given. Empty when there are no words.
     [[nodiscard]] QString add(const QString& words, std::chrono::milliseconds pauseBefore);

@@ -7,10 +7,8 @@
 
 #include <csetjmp>
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 /// Set on a thread while it is in the library: where to go when the library gives up.
 thread_local std::jmp_buf* wayOut = nullptr;

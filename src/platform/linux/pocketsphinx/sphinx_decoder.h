@@ -8,8 +8,7 @@
 #include <memory>
 #include <span>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// The recognition library with a model in memory (95 MB for English). It adapts to voice and
 /// microphone, and keeps that from one utterance to the next: keep it as long as you can.
@@ -18,8 +17,7 @@ namespace corvandi
 /// cannot be used any more after that, and what it holds stays allocated.
 ///
 /// Thread: one at a time, any. Sound is 16 kHz, mono.
-class SphinxDecoder
-{
+class SphinxDecoder {
 public:
     /// Loads the model, which takes 0.3 s. Throws `Error` when that fails.
     explicit SphinxDecoder(const ModelFiles& files);

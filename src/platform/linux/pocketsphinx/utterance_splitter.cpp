@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <numeric>
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 using namespace std::chrono_literals;
 
@@ -115,13 +113,13 @@ void UtteranceSplitter::end()
 bool UtteranceSplitter::isAtDip(Frame frame)
 {
     const double level = energy(frame);
-    const bool isQuietest
-        = std::all_of(levels_.begin(), levels_.end(), [level](double earlier) { return level <= earlier; });
+    const bool isQuietest =
+        std::all_of(levels_.begin(), levels_.end(), [level](double earlier) { return level <= earlier; });
     levels_.push_back(level);
     if (levels_.size() > levelHistoryFrames)
         levels_.pop_front();
-    return utteranceFrames_ >= longestUtteranceFrames
-        || (utteranceFrames_ >= longUtteranceFrames && isQuietest);
+    return utteranceFrames_ >= longestUtteranceFrames ||
+           (utteranceFrames_ >= longUtteranceFrames && isQuietest);
 }
 
 } // namespace corvandi

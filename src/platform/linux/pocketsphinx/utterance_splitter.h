@@ -8,12 +8,10 @@
 #include <span>
 #include <vector>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// Receives what a splitter finds: any number of utterances, one after the other.
-class UtteranceSink
-{
+class UtteranceSink {
 public:
     virtual ~UtteranceSink() = default;
 
@@ -29,8 +27,7 @@ public:
 /// moment. Sound without speech belongs to no utterance.
 ///
 /// Thread: one at a time, any.
-class UtteranceSplitter
-{
+class UtteranceSplitter {
 public:
     /// Says whether a frame of `samplesPerFrame` samples is speech.
     using HearsVoice = std::function<bool(std::span<const int16_t>)>;

@@ -8,10 +8,8 @@
 #include <numeric>
 #include <optional>
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
 constexpr int sampleRate = 16000;
 /// Percent. From here on silence becomes speech, and speech goes on.

@@ -5,15 +5,13 @@
 #include <memory>
 #include <span>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// Tells speech from what else a microphone hears, frame by frame. It learns the background as it
 /// listens; make one for each dictation.
 ///
 /// Thread: one at a time, any.
-class VoiceDetector
-{
+class VoiceDetector {
 public:
     /// 20 ms at 16 kHz.
     static constexpr size_t samplesPerFrame = 320;
