@@ -19,9 +19,6 @@ using std::chrono::milliseconds;
 /// the first, one that is still building its window within the last.
 constexpr std::array retryDelays{milliseconds(50), milliseconds(150), milliseconds(400), milliseconds(1200)};
 
-/// Longer than an application takes from reading the list of registered events to listening for additions.
-constexpr std::chrono::seconds secondRegistrationDelay{2};
-
 /// A registry that dies as soon as it is started is not started over and over.
 constexpr std::chrono::seconds registryRestartInterval{5};
 
