@@ -42,7 +42,8 @@ public:
     AtSpiFocus(const AtSpiFocus&) = delete;
     AtSpiFocus& operator=(const AtSpiFocus&) = delete;
 
-    /// The focused element of the active window. Takes less than a millisecond.
+    /// The focused element of the active window. Looking it up takes some microseconds; finding the
+    /// process of the active window adds what `activeProcess` needs.
     [[nodiscard]] std::optional<FocusedElement> focusedElement();
 
 private:
