@@ -43,10 +43,11 @@ def report(widget, _property, name):
 
 
 def report_version_4(window, _property, names):
+    """A window has a focus widget before it gets any keys."""
     widget = window.get_focus()
     while widget is not None and widget not in names:
         widget = widget.get_parent()
-    if widget is not None:
+    if widget is not None and window.is_active():
         print("focus", names[widget], flush=True)
 
 
@@ -66,6 +67,7 @@ def main():
         window.show_all()
     else:
         window.connect("notify::focus-widget", report_version_4, names)
+        window.connect("notify::is-active", report_version_4, names)
         window.set_child(box)
         window.present()
     GLib.MainLoop().run()

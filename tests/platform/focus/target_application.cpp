@@ -52,10 +52,7 @@ void TargetApplication::kill()
 
 void activateWindow(const QString& title)
 {
-    const QString exactTitle = QStringLiteral("^%1$").arg(title);
-    QProcess::execute(QStringLiteral("xdotool"),
-                      {QStringLiteral("search"), QStringLiteral("--sync"), QStringLiteral("--name"),
-                       exactTitle, QStringLiteral("windowactivate"), QStringLiteral("--sync")});
+    QProcess::execute(QStringLiteral("wmctrl"), {QStringLiteral("-F"), QStringLiteral("-a"), title});
 }
 
 void pressKey(const QString& key)

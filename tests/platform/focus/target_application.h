@@ -29,7 +29,7 @@ private:
     QString output_;
 };
 
-/// Has the window with this title made active.
+/// Asks the window manager to make the window with this title active, and does not wait for it.
 void activateWindow(const QString& title);
 void pressKey(const QString& key);
 

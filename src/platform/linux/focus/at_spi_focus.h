@@ -20,6 +20,10 @@ class FocusWorker;
 /// that hangs later keeps the element that it had. Being asked also makes the worker read the element
 /// again, so that an answer is never wrong twice.
 ///
+/// What an application does not tell, nobody can know: the page inside a window that another process
+/// draws is unknown or counts as its container, and a GTK 4 entry that only hides its characters (other
+/// than that toolkit's password entry) looks like any other entry.
+///
 /// The bus missing, slow, hung or dying ends nothing: the log gets one line, and the connection is made
 /// again when the bus is back. While nothing changes, nothing runs.
 ///
@@ -38,7 +42,8 @@ public:
     AtSpiFocus(const AtSpiFocus&) = delete;
     AtSpiFocus& operator=(const AtSpiFocus&) = delete;
 
-    /// The focused element of the active window. Takes less than a millisecond.
+    /// The focused element of the active window. Looking it up takes some microseconds; finding the
+    /// process of the active window adds what `activeProcess` needs.
     [[nodiscard]] std::optional<FocusedElement> focusedElement() override;
 
 private:

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <memory>
 #include <utility>
 
 namespace corvandi {
@@ -18,26 +19,31 @@ using std::chrono::milliseconds;
 /// the first, one that is still building its window within the last.
 constexpr std::array retryDelays{milliseconds(50), milliseconds(150), milliseconds(400), milliseconds(1200)};
 
-/// How long an application may take between those two steps.
-constexpr std::chrono::seconds secondRegistrationDelay{2};
-
 /// A registry that dies as soon as it is started is not started over and over.
 constexpr std::chrono::seconds registryRestartInterval{5};
 
 /// A call that waits for its reply for as long as the application lives.
 constexpr int withoutTimeLimit = std::numeric_limits<int>::max();
 
-const QDBusConnection& checked(const QDBusConnection& bus)
+/// Calls `then` with the finished call, unless `owner` is destroyed before.
+void whenFinished(const QDBusPendingCall& call, QObject& owner,
+                  std::function<void(const QDBusPendingCall&)> then)
 {
-    Q_ASSERT(bus.isConnected());
-    return bus;
+    auto watcher = std::make_unique<QDBusPendingCallWatcher>(call, &owner);
+    QObject::connect(watcher.get(), &QDBusPendingCallWatcher::finished, &owner,
+                     [then = std::move(then)](QDBusPendingCallWatcher* finished) {
+                         finished->deleteLater();
+                         then(*finished);
+                     });
+    // From here on it is its owner's child.
+    (void)watcher.release();
 }
 
 } // namespace
 
 FocusTracker::FocusTracker(const QDBusConnection& bus, FocusCache& cache,
                            std::function<void(const QString&)> complain)
-    : bus_(checked(bus))
+    : bus_(bus)
     , cache_(cache)
     , complain_(std::move(complain))
     , reader_(bus_, [this](const QString& silent) { awaitAnswer(silent); })
@@ -91,11 +97,9 @@ void FocusTracker::registerEvents()
             registryRoot().bus, QStringLiteral("/org/a11y/atspi/registry"),
             QStringLiteral("org.a11y.atspi.Registry"), QStringLiteral("RegisterEvent"));
         call << QString(QLatin1String(event));
-        auto* const reply = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
-        connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply] {
-            if (reply->isError())
+        whenFinished(bus_.asyncCall(call), *this, [this](const QDBusPendingCall& reply) {
+            if (reply.isError())
                 complain_(QStringLiteral("its registry does not answer"));
-            reply->deleteLater();
         });
     }
 }
@@ -248,13 +252,11 @@ void FocusTracker::awaitAnswer(const QString& bus)
     if (awaited_.contains(bus))
         return;
     awaited_.insert(bus);
-    auto* const answer =
-        new QDBusPendingCallWatcher(bus_.asyncCall(askRole(applicationRoot(bus)), withoutTimeLimit), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, bus] {
-        answer->deleteLater();
+    const QDBusPendingCall call = bus_.asyncCall(askRole(applicationRoot(bus)), withoutTimeLimit);
+    whenFinished(call, *this, [this, bus](const QDBusPendingCall& answer) {
         awaited_.remove(bus);
         reader_.endSilence(bus);
-        if (!answer->isError())
+        if (!answer.isError())
             inspectKnown(bus, Cause::mayHaveChanged);
     });
 }

@@ -28,6 +28,9 @@ class FocusTracker : public QObject {
 public:
     /// The longest that one application is inspected at a time.
     static constexpr std::chrono::milliseconds inspectionLimit{300};
+    /// When the applications are told to announce the focus a second time, because one that was just
+    /// starting may have missed the first.
+    static constexpr std::chrono::seconds secondRegistrationDelay{2};
 
     /// `bus` is connected. `complain` is called with the reason when the applications cannot be told to
     /// announce the focus.
