@@ -55,11 +55,11 @@ void TypingTarget::clear()
     lines_.clear();
 }
 
-bool TypingTarget::says(const QByteArray& line)
+bool TypingTarget::says(const QByteArray& line, qsizetype times)
 {
     return waitUntil([&] {
         readLines();
-        return lines_.contains(line);
+        return lines_.count(line) >= times;
     });
 }
 

@@ -23,9 +23,8 @@ public:
     /// Waits until the field holds `expected`; says what it holds otherwise.
     [[nodiscard]] ::testing::AssertionResult comesToHold(const QString& expected);
     void clear();
-    /// Waits until the process has said this line.
-    [[nodiscard]] bool says(const QByteArray& line);
-    [[nodiscard]] bool hasSaid(const QByteArray& line) const { return lines_.contains(line); }
+    /// Waits until the process has said this line so often since the text was last read or cleared.
+    [[nodiscard]] bool says(const QByteArray& line, qsizetype times = 1);
 
 private:
     void readLines();

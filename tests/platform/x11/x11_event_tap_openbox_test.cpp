@@ -1,4 +1,5 @@
 #include "platform/x11/tap_fixture.h"
+#include "platform/x11/typing_fixture.h"
 
 #include "platform/linux/x11/xcb_ptr.h"
 
@@ -81,9 +82,23 @@ TEST_F(X11EventTapOpenboxTest, ItComesBeforeAWindowManagerThatGrabsAgainAfterALa
     for (const auto* layout : {"de", "us"}) {
         ASSERT_TRUE(setLayout(QLatin1String(layout)));
         runFor(std::chrono::milliseconds(300));
-        ASSERT_TRUE(isGrabbed(connection(), key::space, XCB_MOD_MASK_1));
+        ASSERT_TRUE(waitUntil([this] { return isGrabbed(connection(), key::space, XCB_MOD_MASK_1); }));
         expectTapWins();
     }
+}
+
+TEST_F(X11EventTapOpenboxTest, TheApplicationsMenuBarStaysClosed)
+{
+    TypingTarget target;
+    keyboard.strike(key::leftAlt);
+    ASSERT_TRUE(target.says("focus lost")) << "a lone tap of Alt must open this menu bar";
+    keyboard.strike(key::leftAlt);
+    ASSERT_TRUE(target.says("focus", 2));
+
+    install();
+    EXPECT_TRUE(strikeIsHeard(keyboard, key::leftAlt, key::space));
+    keyboard.strike(key::b);
+    EXPECT_TRUE(target.comesToHold(QStringLiteral("b")));
 }
 
 } // namespace

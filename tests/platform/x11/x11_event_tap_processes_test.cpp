@@ -1,5 +1,7 @@
 #include "platform/x11/tap_fixture.h"
 
+#include "platform/linux/x11/keyboard_state.h"
+
 #include <QProcess>
 
 #include <csignal>
@@ -132,6 +134,18 @@ TEST_F(X11EventTapProcessTest, AChordPressedWhileTheProcessIsStoppedHarmsNothing
     holder.resume();
     EXPECT_TRUE(holder.says("down"));
     EXPECT_TRUE(holder.says("up"));
+}
+
+TEST_F(X11EventTapProcessTest, AModifierReleasedFirstWhileTheProcessIsStoppedIsNotStuck)
+{
+    holder.stop();
+    pressChord();
+    keyboard.release(key::leftAlt);
+    keyboard.release(key::space);
+    holder.resume();
+    EXPECT_TRUE(holder.says("up"));
+    EXPECT_TRUE(waitUntil([this] { return readState(keyboard.connection())->held == 0; }));
+    EXPECT_EQ(readState(keyboard.connection())->held, 0);
 }
 
 TEST_F(X11EventTapProcessTest, AProcessKilledWithAnUnansweredPressLeavesAWorkingKeyboard)

@@ -35,15 +35,23 @@ QString nameOf(const KeyChord& chord)
     return parts.join(QLatin1Char('+'));
 }
 
-void selectEvents(const X11Connection& connection)
+enum class Releases { ignored, wanted };
+
+/// Changes of the keyboards always, key releases only while there is one to wait for: other keys are
+/// nobody's business here.
+void selectXinputEvents(const X11Connection& connection, Releases releases)
 {
     struct {
         xcb_input_event_mask_t head;
         uint32_t mask;
-    } wanted{{XCB_INPUT_DEVICE_ALL, 1},
-             XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE | XCB_INPUT_XI_EVENT_MASK_HIERARCHY};
+    } wanted{{XCB_INPUT_DEVICE_ALL, 1}, XCB_INPUT_XI_EVENT_MASK_HIERARCHY};
+    if (releases == Releases::wanted)
+        wanted.mask |= XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE;
     xcb_input_xi_select_events(connection.get(), connection.root(), 1, &wanted.head);
+}
 
+void selectModifierChanges(const X11Connection& connection)
+{
     xcb_xkb_select_events_details_t details{};
     details.affectState = XCB_XKB_STATE_PART_MODIFIER_STATE;
     details.stateDetails = XCB_XKB_STATE_PART_MODIFIER_STATE;
@@ -62,7 +70,8 @@ public:
               connection_, [this](const xcb_generic_event_t& event) { handle(event); },
               [this] { log_.write(QStringLiteral("the hotkey's connection to the X server is lost")); })
     {
-        selectEvents(connection_);
+        selectXinputEvents(connection_, Releases::ignored);
+        selectModifierChanges(connection_);
         if (const auto state = readState(connection_))
             modifiers_ = static_cast<uint8_t>(state->held | state->latched | state->locked);
     }
@@ -73,7 +82,7 @@ public:
         if (enabled == enabled_)
             return;
         enabled_ = enabled;
-        pressed_.reset();
+        forgetPress();
         if (!enabled)
             release();
         else if (chord_)
@@ -150,12 +159,9 @@ private:
         case XCB_INPUT_KEY_PRESS:
             chordPressed(reinterpret_cast<const xcb_input_key_press_event_t&>(event));
             break;
-        // A release before the grab was let go comes as the grab's own event, a later one as a raw event.
-        case XCB_INPUT_KEY_RELEASE: {
-            const auto& release = reinterpret_cast<const xcb_input_key_release_event_t&>(event);
-            keyReleased(release.deviceid, release.detail);
+        case XCB_INPUT_KEY_RELEASE:
+            keyReleasedUnderGrab(reinterpret_cast<const xcb_input_key_release_event_t&>(event));
             break;
-        }
         case XCB_INPUT_RAW_KEY_RELEASE: {
             const auto& release = reinterpret_cast<const xcb_input_raw_key_release_event_t&>(event);
             keyReleased(release.deviceid, release.detail);
@@ -172,12 +178,16 @@ private:
     void chordPressed(const xcb_input_key_press_event_t& event)
     {
         // While the grab is active the whole keyboard is cut off from the applications: let it go before
-        // anything else.
+        // anything else. From then on its release is an ordinary one.
+        selectXinputEvents(connection_, Releases::wanted);
         xcb_input_xi_ungrab_device(connection_.get(), XCB_CURRENT_TIME, event.deviceid);
         connection_.flush();
         // What another key does before the keyboard is free again comes here as well.
-        if (!enabled_ || !chord_ || event.detail != x11KeyCode(chord_->keyCode))
+        if (!enabled_ || !chord_ || event.detail != x11KeyCode(chord_->keyCode)) {
+            if (!pressed_)
+                forgetPress();
             return;
+        }
         const bool isRepeat = (event.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT) != 0;
         if (!isRepeat)
             playNeutralKey(event.deviceid);
@@ -198,7 +208,19 @@ private:
             return;
         fakeDeviceKey(connection_, device, *key, KeyDirection::down);
         fakeDeviceKey(connection_, device, *key, KeyDirection::up);
-        connection_.flush();
+        // Waited for, so that it comes before whatever the callback sets off.
+        connection_.sync();
+    }
+
+    /// A release from before the grab was let go; later ones come as raw events. No application has seen
+    /// it, nor has the server's account of what is down: a modifier would be stuck.
+    void keyReleasedUnderGrab(const xcb_input_key_release_event_t& event)
+    {
+        if (!chord_ || event.detail != x11KeyCode(chord_->keyCode)) {
+            fakeKey(connection_, static_cast<uint8_t>(event.detail), KeyDirection::up);
+            connection_.flush();
+        }
+        keyReleased(event.deviceid, event.detail);
     }
 
     void keyReleased(uint16_t device, uint32_t keyCode)
@@ -210,8 +232,15 @@ private:
     void endPress()
     {
         const uint16_t key = pressed_->virtualKey;
-        pressed_.reset();
+        forgetPress();
         report({KeyEventType::keyUp, key, modifierFlags(modifiers_)});
+    }
+
+    void forgetPress()
+    {
+        pressed_.reset();
+        selectXinputEvents(connection_, Releases::ignored);
+        connection_.flush();
     }
 
     void modifiersChanged(uint8_t keyCode, uint8_t modifiers)
