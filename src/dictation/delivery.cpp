@@ -86,7 +86,11 @@ QCoro::Task<> DictationController::deliverText(QString text, Target target, Focu
 
 QCoro::Task<> DictationController::waitForFreeKeys()
 {
-    const OneShot<Done> free;
+    // A newer dictation holds them as its hotkey, and its capture waits for this delivery.
+    if (isDictating_)
+        co_return;
+    keysAreFree_ = OneShot<Done>();
+    const OneShot<Done> free = keysAreFree_;
     const auto registration = platform_.keyboard.whenKeysAreFree([free] { free.complete({}); });
     const auto limit = platform_.queue.after(freeKeysLimit, [free] { free.complete({}); });
     co_await free;
@@ -122,6 +126,7 @@ void DictationController::fallBackToClipboard(const QString& text)
 
 void DictationController::showTransient(const QString& message, HUDState state)
 {
+    platform_.log.write(message);
     if (!isDictating_)
         hud_.showTransient(message, state);
 }

@@ -108,14 +108,16 @@ void DictationController::beginDictation()
         return;
     const AuthorizationStatus microphone = platform_.captureAuthorization.status();
     if (microphone != AuthorizationStatus::notDetermined && microphone != AuthorizationStatus::authorized) {
-        hud_.showTransient(translated("Enable microphone access in System Settings."), HUDState::error);
+        showTransient(translated("Enable microphone access in System Settings."), HUDState::error);
         return;
     }
     if (focusInspector_.currentTarget() == FocusTarget::secure) {
-        hud_.showTransient(translated("Dictation isn't available in password fields."), HUDState::notice);
+        showTransient(translated("Dictation isn't available in password fields."), HUDState::notice);
         return;
     }
     isDictating_ = true;
+    // The hand is on the hotkey again: an insertion that waits for it to leave would wait for long.
+    keysAreFree_.complete({});
     targetBundleID_ = currentTargetBundleID();
     recordingStart_ = platform_.queue.now();
     hud_.showRecording();
@@ -136,7 +138,12 @@ QCoro::Task<> DictationController::runStart(Self weak, MainQueue& queue, TaskHan
     const auto self = weak.lock();
     if (!self)
         co_return;
-    co_await self->startTranscriber(format);
+    try {
+        co_await self->startTranscriber(format);
+    } catch (const std::exception& error) {
+        self->platform_.log.write(QStringLiteral("dictation could not start: ") + corvandi::describe(error));
+        throw;
+    }
 }
 
 QCoro::Task<> DictationController::startTranscriber(AudioFormat format)
@@ -250,7 +257,6 @@ QCoro::Task<std::optional<Transcript>> DictationController::finishWithTimeout()
 
 void DictationController::handleStartFailure(const std::exception_ptr& error)
 {
-    platform_.log.write(QStringLiteral("dictation could not start: ") + describe(error));
     if (std::holds_alternative<model_state::Ready>(modelState_))
         showTransient(translated("Couldn't start dictation."), HUDState::error);
     else if (std::holds_alternative<model_state::Failed>(modelState_))

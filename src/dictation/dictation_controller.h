@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/one_shot.h"
 #include "dictation/model_state.h"
 #include "dictation/platform.h"
 #include "hotkey/hotkey_manager.h"
@@ -114,6 +115,8 @@ private:
     TaskHandle sessionTask_;
     std::unique_ptr<Timer> permissionTimer_;
     std::optional<MainQueue::Duration> recordingStart_;
+    /// Completed when an insertion need not wait for the modifiers any more.
+    OneShot<Done> keysAreFree_;
     Target targetBundleID_;
     /// When the present press happened, until the log has its first sound.
     std::optional<MainQueue::Duration> awaitedFirstAudio_;

@@ -231,6 +231,37 @@ TEST_F(DeliveryTest, ModifiersThatStayDownAreWaitedForTwoSecondsAtMost)
     EXPECT_FALSE(keyboard.isAwaited());
 }
 
+TEST_F(DeliveryTest, TheModifiersOfANewerDictationAreNotWaitedFor)
+{
+    keyboard.keysAreFree = false;
+    hold();
+    press();
+    recognise(words);
+    EXPECT_EQ(keyboard.typed(), words);
+    EXPECT_EQ(input.count("start"), 2);
+}
+
+TEST_F(DeliveryTest, APressEndsTheWaitForTheModifiers)
+{
+    keyboard.keysAreFree = false;
+    dictate(words);
+    EXPECT_TRUE(keyboard.posted.empty());
+    press();
+    EXPECT_EQ(keyboard.typed(), words);
+    EXPECT_EQ(input.count("start"), 2);
+}
+
+TEST_F(DeliveryTest, EveryOutcomeIsLoggedWithoutTheText)
+{
+    dictate(QString());
+    hold();
+    workspace.frontmost.reset();
+    recognise(words);
+    EXPECT_TRUE(log.contains(QStringLiteral("Corvandi: Didn't catch that.")));
+    EXPECT_TRUE(log.contains(QStringLiteral("Corvandi: Saved to the clipboard. Press ⌘V to paste.")));
+    EXPECT_FALSE(log.contains(QStringLiteral("forward")));
+}
+
 TEST_F(DeliveryTest, AnApplicationSwitchedToWithTheModifierStillHeldGetsNothing)
 {
     keyboard.keysAreFree = false;

@@ -393,7 +393,7 @@ TEST(X11KeyboardWithoutServerTest, NoSourceIsMadeAndNobodyWaits)
     const QByteArray before = qgetenv("DISPLAY");
     qputenv("DISPLAY", ":12345");
     RecordingLog log;
-    const WatchedChord watched;
+    WatchedChord watched;
     X11Keyboard keyboard(log, watched, [] { return false; });
     qputenv("DISPLAY", before);
     EXPECT_EQ(keyboard.createSource(QStringLiteral("a")), nullptr);
@@ -414,7 +414,7 @@ TEST(X11KeyboardTerminalTest, AMixedTextArrivesInXterm)
     ASSERT_TRUE(waitUntil([&] { return QFile::exists(path + QStringLiteral(".ready")); }));
 
     RecordingLog log;
-    const WatchedChord watched;
+    WatchedChord watched;
     X11Keyboard keyboard(log, watched, [] { return true; });
     const QString text = mixedText(2000).remove(QLatin1Char('\t'));
     const auto hasFocus = [&] {

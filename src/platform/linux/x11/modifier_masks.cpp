@@ -41,6 +41,26 @@ uint64_t modifierFlags(uint8_t mask)
     return flags;
 }
 
+uint8_t modifierOf(uint16_t virtualKey)
+{
+    switch (virtualKey) {
+    case 54:
+    case 55:
+        return x11_mask::super;
+    case 56:
+    case 60:
+        return x11_mask::shift;
+    case 58:
+    case 61:
+        return x11_mask::alt;
+    case 59:
+    case 62:
+        return x11_mask::control;
+    default:
+        return x11_mask::none;
+    }
+}
+
 std::vector<uint32_t> masksContaining(uint8_t required)
 {
     std::vector<uint32_t> masks;

@@ -26,6 +26,9 @@ inline constexpr uint8_t lockModifiers = x11_mask::lock | x11_mask::numLock;
 [[nodiscard]] uint8_t x11Mask(uint64_t flags);
 /// The `modifier_flags` for the server's bits; other bits have none.
 [[nodiscard]] uint64_t modifierFlags(uint8_t mask);
+/// The bits of the modifier key with this virtual key code; none for every other key. Both Alt keys count
+/// for Alt, whatever a layout has put on the right one.
+[[nodiscard]] uint8_t modifierOf(uint16_t virtualKey);
 /// All masks that contain `required`: 128 for one modifier, 256 for none.
 [[nodiscard]] std::vector<uint32_t> masksContaining(uint8_t required);
 

@@ -164,7 +164,9 @@ private:
             break;
         case XCB_INPUT_RAW_KEY_RELEASE: {
             const auto& release = reinterpret_cast<const xcb_input_raw_key_release_event_t&>(event);
-            keyReleased(release.deviceid, release.detail);
+            // Each comes twice: from the keyboard itself, and again from the master that it feeds.
+            if (release.deviceid == release.sourceid)
+                rawKeyReleased(release.deviceid, release.detail);
             break;
         }
         case XCB_INPUT_HIERARCHY:
@@ -191,6 +193,8 @@ private:
         const bool isRepeat = (event.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT) != 0;
         if (!isRepeat)
             playNeutralKey(event.deviceid);
+        if (!pressed_)
+            watched_.setHeld(event.deviceid);
         pressed_ = Press{event.deviceid, event.detail, chord_->keyCode};
         // The server has matched the modifiers; the event's own are only those of its keyboard.
         report({KeyEventType::keyDown, chord_->keyCode, modifierFlags(modifiers_) | chord_->requiredFlags});
@@ -223,6 +227,30 @@ private:
         keyReleased(event.deviceid, event.detail);
     }
 
+    void rawKeyReleased(uint16_t device, uint32_t keyCode)
+    {
+        if (watched_.takeTypedRelease(device, keyCode))
+            return;
+        uncover(keyCode);
+        keyReleased(device, keyCode);
+    }
+
+    /// A person lets go of a modifier that typing had let go of before: the server has nothing to tell.
+    void uncover(uint32_t keyCode)
+    {
+        const auto key = virtualKeyCode(static_cast<uint8_t>(keyCode));
+        const uint8_t modifier = key ? modifierOf(*key) : x11_mask::none;
+        if (!(watched_.coveredModifiers & modifier))
+            return;
+        watched_.coveredModifiers = static_cast<uint8_t>(watched_.coveredModifiers & ~modifier);
+        report({KeyEventType::flagsChanged, *key, modifierFlags(visibleModifiers())});
+    }
+
+    [[nodiscard]] uint8_t visibleModifiers() const
+    {
+        return static_cast<uint8_t>(modifiers_ | watched_.coveredModifiers);
+    }
+
     void keyReleased(uint16_t device, uint32_t keyCode)
     {
         if (pressed_ && device == pressed_->device && keyCode == pressed_->x11KeyCode)
@@ -239,6 +267,7 @@ private:
     void forgetPress()
     {
         pressed_.reset();
+        watched_.setHeld(std::nullopt);
         selectXinputEvents(connection_, Releases::ignored);
         connection_.flush();
     }
@@ -250,7 +279,7 @@ private:
         modifiers_ = modifiers;
         if (enabled_)
             report({KeyEventType::flagsChanged, virtualKeyCode(keyCode).value_or(virtual_key::none),
-                    modifierFlags(modifiers)});
+                    modifierFlags(visibleModifiers())});
     }
 
     void keyboardsChanged(const xcb_input_hierarchy_event_t& event)

@@ -12,10 +12,11 @@ namespace corvandi {
 
 X11KeyEventSource::X11KeyEventSource(const X11Connection& connection, Keymap keymap,
                                      const KeyboardState& state, CharacterMap characters,
-                                     Question frontmostIsTerminal)
+                                     WatchedChord& watched, Question frontmostIsTerminal)
     : connection_(connection)
     , keymap_(std::move(keymap))
     , characters_(std::move(characters))
+    , watched_(watched)
     , frontmostIsTerminal_(std::move(frontmostIsTerminal))
     , suspendedLocks_(static_cast<uint8_t>(state.locked & ~x11_mask::numLock))
 {
@@ -36,15 +37,25 @@ void X11KeyEventSource::letModifiersGo(const KeyboardState& state)
     constexpr uint8_t opensMenus = x11_mask::alt | x11_mask::super;
     const auto neutral = keymap_.neutralKey();
     if ((state.held & opensMenus) && neutral) {
-        fakeKey(connection_, *neutral, KeyDirection::down);
-        fakeKey(connection_, *neutral, KeyDirection::up);
+        play(*neutral, KeyDirection::down);
+        play(*neutral, KeyDirection::up);
     }
     if (state.held & ~lockModifiers) {
+        // A person who holds the chord goes on holding it.
+        if (watched_.heldOn)
+            watched_.coveredModifiers = static_cast<uint8_t>(watched_.coveredModifiers | state.held);
         for (const uint8_t key : heldModifierKeys(connection_, keymap_))
-            fakeKey(connection_, key, KeyDirection::up);
+            play(key, KeyDirection::up);
     }
     if (suspendedLocks_ || state.latched)
         setLocks(connection_, suspendedLocks_, x11_mask::none);
+}
+
+void X11KeyEventSource::play(uint8_t keyCode, KeyDirection direction)
+{
+    fakeKey(connection_, keyCode, direction);
+    if (direction == KeyDirection::up)
+        watched_.noteTypedRelease(keyCode);
 }
 
 std::optional<SyntheticKeyEvent> X11KeyEventSource::makeKeyEvent(uint16_t virtualKey, KeyDirection direction)
@@ -75,7 +86,7 @@ void X11KeyEventSource::post(const SyntheticKeyEvent& event)
 void X11KeyEventSource::type(const std::u16string& text)
 {
     for (const KeyAction& action : planText(typedCharacters(text), characters_, keymap_))
-        fakeKey(connection_, action.keyCode, action.direction);
+        play(action.keyCode, action.direction);
 }
 
 void X11KeyEventSource::press(const SyntheticKeyEvent& event)
@@ -84,16 +95,16 @@ void X11KeyEventSource::press(const SyntheticKeyEvent& event)
     if (!stroke)
         return;
     for (const uint8_t modifier : modifierKeys(stroke->modifiers, keymap_))
-        fakeKey(connection_, modifier, KeyDirection::down);
-    fakeKey(connection_, stroke->keyCode, KeyDirection::down);
+        play(modifier, KeyDirection::down);
+    play(stroke->keyCode, KeyDirection::down);
     down_.push_back({event.virtualKey, *stroke});
 }
 
 void X11KeyEventSource::release(const HeldKey& key)
 {
-    fakeKey(connection_, key.stroke.keyCode, KeyDirection::up);
+    play(key.stroke.keyCode, KeyDirection::up);
     for (const uint8_t modifier : modifierKeys(key.stroke.modifiers, keymap_))
-        fakeKey(connection_, modifier, KeyDirection::up);
+        play(modifier, KeyDirection::up);
 }
 
 std::optional<Stroke> X11KeyEventSource::strokeFor(const SyntheticKeyEvent& event) const

@@ -3,6 +3,7 @@
 #include "platform/keyboard.h"
 #include "platform/linux/x11/character_map.h"
 #include "platform/linux/x11/keyboard_state.h"
+#include "platform/linux/x11/watched_chord.h"
 #include "platform/linux/x11/x11_connection.h"
 
 #include <functional>
@@ -19,9 +20,10 @@ class X11KeyEventSource : public KeyEventSource {
 public:
     using Question = std::function<bool()>;
 
-    /// `connection` must outlive the source. `frontmostIsTerminal` is asked once for each paste shortcut.
+    /// `connection` and `watched` must outlive the source. `frontmostIsTerminal` is asked once for each paste
+    /// shortcut.
     X11KeyEventSource(const X11Connection& connection, Keymap keymap, const KeyboardState& state,
-                      CharacterMap characters, Question frontmostIsTerminal);
+                      CharacterMap characters, WatchedChord& watched, Question frontmostIsTerminal);
     ~X11KeyEventSource() override;
 
     X11KeyEventSource(const X11KeyEventSource&) = delete;
@@ -38,6 +40,7 @@ private:
     };
 
     void letModifiersGo(const KeyboardState& state);
+    void play(uint8_t keyCode, KeyDirection direction);
     void type(const std::u16string& text);
     void press(const SyntheticKeyEvent& event);
     void release(const HeldKey& key);
@@ -47,6 +50,7 @@ private:
     const X11Connection& connection_;
     Keymap keymap_;
     CharacterMap characters_;
+    WatchedChord& watched_;
     Question frontmostIsTerminal_;
     uint8_t suspendedLocks_;
     std::vector<HeldKey> down_;

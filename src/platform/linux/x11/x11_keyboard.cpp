@@ -35,7 +35,7 @@ std::optional<uint16_t> xtestKeyboard(const X11Connection& connection, uint16_t 
 /// The connection, and what is on the keyboard because of us.
 class X11Keyboard::Session {
 public:
-    Session(X11Connection connection, SystemLog& log, const WatchedChord& watched)
+    Session(X11Connection connection, SystemLog& log, WatchedChord& watched)
         : connection_(std::move(connection))
         , watched_(watched)
         , freeKeys_(connection_)
@@ -58,7 +58,7 @@ public:
         if (!keymap)
             return nullptr;
         const TypingConditions conditions{
-            state->group, static_cast<uint8_t>(state->locked & x11_mask::numLock), watched_.chord};
+            state->group, static_cast<uint8_t>(state->locked & x11_mask::numLock), chordToAvoid()};
         const auto characters = typedCharacters(text.toStdU16String());
         keymap = bearing(characters, std::move(*keymap), conditions);
         if (!keymap)
@@ -66,7 +66,7 @@ public:
         lastTyping_ = std::chrono::steady_clock::now();
         CharacterMap strokes(*keymap, conditions);
         return std::make_unique<X11KeyEventSource>(connection_, std::move(*keymap), *state,
-                                                   std::move(strokes), isTerminal);
+                                                   std::move(strokes), watched_, isTerminal);
     }
 
     [[nodiscard]] std::unique_ptr<Registration> whenKeysAreFree(std::function<void()> callback)
@@ -78,8 +78,16 @@ public:
 private:
     [[nodiscard]] std::optional<Keymap> presentKeymap(const KeyboardState& state) const
     {
-        const auto device = xtestKeyboard(connection_, state.device);
-        return device ? readKeymap(connection_, *device) : std::nullopt;
+        watched_.typedOn = xtestKeyboard(connection_, state.device);
+        return watched_.typedOn ? readKeymap(connection_, *watched_.typedOn) : std::nullopt;
+    }
+
+    /// A key that is held down on the very keyboard on which we play can't be struck there at all.
+    [[nodiscard]] std::optional<X11Chord> chordToAvoid() const
+    {
+        if (watched_.chord && watched_.heldOn && watched_.heldOn == watched_.typedOn)
+            return X11Chord{watched_.chord->keyCode, x11_mask::none};
+        return watched_.chord;
     }
 
     /// `present`, changed on the server if it has to be; nothing when it can't bear all characters.
@@ -118,15 +126,14 @@ private:
     }
 
     X11Connection connection_;
-    const WatchedChord& watched_;
+    WatchedChord& watched_;
     SpareKeys spareKeys_;
     std::chrono::steady_clock::time_point lastTyping_ = std::chrono::steady_clock::now();
     FreeKeysWatch freeKeys_;
     X11EventPump pump_;
 };
 
-X11Keyboard::X11Keyboard(SystemLog& log, const WatchedChord& watched,
-                         std::function<bool()> frontmostIsTerminal)
+X11Keyboard::X11Keyboard(SystemLog& log, WatchedChord& watched, std::function<bool()> frontmostIsTerminal)
     : frontmostIsTerminal_(std::move(frontmostIsTerminal))
 {
     if (auto connection = X11Connection::open(log))

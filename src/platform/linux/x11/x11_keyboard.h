@@ -26,7 +26,7 @@ class X11Keyboard : public Keyboard {
 public:
     /// `log` and `watched` must outlive the keyboard. `frontmostIsTerminal` is asked when the paste shortcut
     /// is posted.
-    X11Keyboard(SystemLog& log, const WatchedChord& watched, std::function<bool()> frontmostIsTerminal);
+    X11Keyboard(SystemLog& log, WatchedChord& watched, std::function<bool()> frontmostIsTerminal);
     ~X11Keyboard() override;
 
     /// Sources must not outlive the keyboard, and at most one lives at a time.
