@@ -10,7 +10,6 @@ namespace corvandi::harness {
 enum class Key : unsigned long {
     space = 0x20,
     a = 0x61,
-    escape = 0xff1b,
     f12 = 0xffc9,
     leftShift = 0xffe1,
     leftControl = 0xffe3,
