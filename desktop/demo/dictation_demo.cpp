@@ -41,7 +41,7 @@ Outcome dictate(const Recording& recording, const Program& program, const Target
     const auto released = keyboard.release(Key::space);
     keyboard.release(Key::leftAlt);
     program.waitForLine("text inserted");
-    terminal.settle(keyboard);
+    (void)terminal.waitForAddition("");
     desktop::screenshot(pictures / "result.png");
     if (terminal.changes().empty())
         throw HarnessError("nothing arrived in the terminal");

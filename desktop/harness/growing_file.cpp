@@ -30,11 +30,23 @@ bool GrowingFile::waitUntil(const Condition& condition, Clock::time_point deadli
     while (!condition(contents())) {
         if (!waitUntilReadable(writes_.get(), deadline))
             return condition(contents());
-        std::array<char, 4096> ignored{};
-        while (::read(writes_.get(), ignored.data(), ignored.size()) > 0) {
-        }
+        forgetWrites();
     }
     return true;
+}
+
+void GrowingFile::waitUntilQuiet(std::chrono::milliseconds time) const
+{
+    forgetWrites();
+    while (waitUntilReadable(writes_.get(), Clock::now() + time))
+        forgetWrites();
+}
+
+void GrowingFile::forgetWrites() const
+{
+    std::array<char, 4096> ignored{};
+    while (::read(writes_.get(), ignored.data(), ignored.size()) > 0) {
+    }
 }
 
 } // namespace corvandi::harness

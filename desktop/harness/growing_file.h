@@ -23,8 +23,12 @@ public:
     /// `deadline` passes first.
     [[nodiscard]] bool waitUntil(const Condition& condition,
                                  Clock::time_point deadline = Clock::now() + patience) const;
+    /// Waits until nothing has been written for that long.
+    void waitUntilQuiet(std::chrono::milliseconds time) const;
 
 private:
+    void forgetWrites() const;
+
     std::filesystem::path path_;
     FileDescriptor writes_;
 };

@@ -3,7 +3,11 @@
 #include <X11/Xlib.h>
 #include <X11/extensions/XInput2.h>
 
+#include <xcb/xcb.h>
+
 #include <array>
+#include <cstdlib>
+#include <memory>
 #include <span>
 
 namespace corvandi::harness {
@@ -53,6 +57,20 @@ KeyGrab::KeyGrab(Key key)
             throw HarnessError("somebody else holds the key");
     }
     ::XSync(display, False);
+}
+
+bool isHeldWithAlt(Key key)
+{
+    const XDisplay keymap;
+    const KeyCode code = ::XKeysymToKeycode(keymap.get(), static_cast<KeySym>(key));
+    const std::unique_ptr<xcb_connection_t, void (*)(xcb_connection_t*)> connection(
+        ::xcb_connect(nullptr, nullptr), &::xcb_disconnect);
+    const xcb_window_t root = ::xcb_setup_roots_iterator(::xcb_get_setup(connection.get())).data->root;
+    const auto request = ::xcb_grab_key_checked(connection.get(), 0, root, XCB_MOD_MASK_1, code,
+                                                XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    const std::unique_ptr<xcb_generic_error_t, void (*)(void*)> error(
+        ::xcb_request_check(connection.get(), request), &std::free);
+    return error != nullptr && error->error_code == XCB_ACCESS;
 }
 
 } // namespace corvandi::harness

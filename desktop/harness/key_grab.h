@@ -14,4 +14,7 @@ private:
     XDisplay display_;
 };
 
+/// Whether a program holds Alt with that key through the core protocol, as window managers do.
+[[nodiscard]] bool isHeldWithAlt(Key key);
+
 } // namespace corvandi::harness

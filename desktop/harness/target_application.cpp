@@ -162,6 +162,16 @@ void TargetApplication::settle(Keyboard& keyboard) const
         throw HarnessError(title_ + " did not see a key; its record: " + record_.contents());
 }
 
+std::string TargetApplication::waitForAddition(const std::string& before) const
+{
+    if (!record_.waitUntil([&](const std::string&) { return text().size() > before.size(); }))
+        throw HarnessError("nothing arrived in " + title_ + "; its record: " + record_.contents());
+    // Typed text comes in one go; between two of its characters there is never as much time.
+    constexpr std::chrono::milliseconds quiet{300};
+    record_.waitUntilQuiet(quiet);
+    return text().substr(before.size());
+}
+
 bool TargetApplication::waitForText(const std::string& expected) const
 {
     return record_.waitUntil([&](const std::string&) { return text() == expected; });

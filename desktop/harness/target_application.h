@@ -40,9 +40,13 @@ public:
     /// only the function key that `settle` uses is listed, all others are text.
     [[nodiscard]] std::vector<KeyPress> keyPresses() const;
     /// Strikes a key that writes nothing and waits until the application has seen it. All keys that
-    /// were posted before have been handled then. Throws HarnessError when it does not see it.
+    /// the same keyboard sent before have been handled then; those of others need not, the server is
+    /// free to take them later. Throws HarnessError when it does not see it.
     void settle(Keyboard& keyboard) const;
     [[nodiscard]] bool waitForText(const std::string& expected) const;
+    /// Waits until the text is longer than `before` and has stopped to grow; returns what was added.
+    /// Throws HarnessError when nothing comes.
+    [[nodiscard]] std::string waitForAddition(const std::string& before) const;
 
 private:
     GrowingFile record_;

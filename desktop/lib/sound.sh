@@ -56,9 +56,10 @@ plug_microphone() {
     pactl set-default-source mic
 }
 
+# The source before the sink that feeds it, which would take it along.
 unplug_microphone() {
     local module rest
-    pactl list short modules | while read -r module rest; do
+    pactl list short modules | tac | while read -r module rest; do
         [[ $rest == *source_name=mic* || $rest == *sink_name=micfeed* ]] || continue
         pactl unload-module "$module"
     done

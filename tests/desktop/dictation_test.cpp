@@ -98,7 +98,7 @@ TEST(Dictation, ShowsItsPanelWhileTheHotkeyIsHeldAndLeavesTheFocusAlone)
     EXPECT_EQ(windows.activeTitle(), "Qt target");
     session.keepScreenshot("recording");
     session.releaseHotkey();
-    session.waitUntilInserted(target, mark);
+    EXPECT_TRUE(saysWhatWasSaid(target.waitForAddition(""), recordings::goForward().reference));
     EXPECT_TRUE(windows.waitUntilHidden(program));
     session.keepScreenshot("inserted");
 }

@@ -89,7 +89,8 @@ TEST(AProgramStoppedWhileTheHotkeyWasHeld, DictatesAgainWhenItContinues)
 TEST(Hotkey, WorksAfterTheWindowManagerThatHoldsItToo)
 {
     Session session({"wm=openbox"});
-    const TargetApplication target(Kind::terminal, session.folder());
+    const TargetApplication target(Kind::qtField, session.folder());
+    ASSERT_TRUE(isHeldWithAlt(Key::space));
     session.startProgram();
     const std::string text = session.dictate(recordings::goForward(), target);
     EXPECT_TRUE(saysWhatWasSaid(text, recordings::goForward().reference));
@@ -102,6 +103,7 @@ TEST(Hotkey, WorksWhenTheWindowManagerWasRestarted)
     const TargetApplication target(Kind::terminal, session.folder());
     session.startProgram();
     desktop::restart("wm");
+    ASSERT_TRUE(isHeldWithAlt(Key::space));
     target.activate();
     const std::string text = session.dictate(recordings::goForward(), target);
     EXPECT_TRUE(saysWhatWasSaid(text, recordings::goForward().reference));

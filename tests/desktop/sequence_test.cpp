@@ -21,11 +21,12 @@ TEST(TwoDictations, BothArriveInOrderWhenTheSecondBeginsWhileTheFirstIsTranscrib
     session.startProgram();
     const size_t first = session.speak(recordings::goForward());
     session.speak(recordings::goSomewhere());
+    const std::string firstText = target.waitForAddition("");
     session.program().waitForLines("text inserted", 2, first);
-    target.settle(session.keyboard());
+    const std::string secondText = target.waitForAddition(firstText);
     const std::string said = recordings::goForward().reference + ' ' + recordings::goSomewhere().reference;
 
-    EXPECT_TRUE(saysWhatWasSaid(target.text(), said));
+    EXPECT_TRUE(saysWhatWasSaid(firstText + ' ' + secondText, said));
 }
 
 TEST(ThreeDictations, ArriveOneAfterTheOther)

@@ -117,17 +117,11 @@ size_t Session::speak(const Recording& recording, ReleaseOrder order)
     return mark;
 }
 
-void Session::waitUntilInserted(const TargetApplication& target, size_t mark)
-{
-    program_->waitForLine("text inserted", mark);
-    target.settle(keyboard());
-}
-
 std::string Session::dictate(const Recording& recording, const TargetApplication& target, ReleaseOrder order)
 {
-    const size_t before = target.text().size();
-    waitUntilInserted(target, speak(recording, order));
-    return target.text().substr(before);
+    const std::string before = target.text();
+    program_->waitForLine("text inserted", speak(recording, order));
+    return target.waitForAddition(before);
 }
 
 void Session::keepScreenshot(const std::string& name) const

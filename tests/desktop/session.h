@@ -45,9 +45,6 @@ public:
     /// Holds the hotkey, speaks when the program hears, and releases the hotkey when all is said.
     /// Returns the place in the log at which this began.
     size_t speak(const harness::Recording& recording, ReleaseOrder order = ReleaseOrder::keyFirst);
-    /// Waits until the program has inserted a text since that place in the log, and the application
-    /// has received it.
-    void waitUntilInserted(const harness::TargetApplication& target, size_t mark);
     /// Speaks and waits; returns what that added to the application's text.
     std::string dictate(const harness::Recording& recording, const harness::TargetApplication& target,
                         ReleaseOrder order = ReleaseOrder::keyFirst);

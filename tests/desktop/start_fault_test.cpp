@@ -35,7 +35,7 @@ std::filesystem::path preferencesFolder()
     return std::filesystem::path(std::getenv("XDG_CONFIG_HOME")) / "Corvandi";
 }
 
-TEST(CorruptPreferences, AreSetAsideAndTheProgramWorks)
+TEST(CorruptPreferences, AreToldAndNotLostAndTheProgramWorks)
 {
     Session session;
     const std::string garbage = "[General\n\x01\x02=\xff\xfe\nhotKeyCode=[1,2\n";
@@ -47,7 +47,7 @@ TEST(CorruptPreferences, AreSetAsideAndTheProgramWorks)
     session.program().waitForLine("Corvandi.conf", 0, 0s);
     const std::filesystem::directory_iterator files(preferencesFolder());
     EXPECT_TRUE(std::any_of(begin(files), end(files), [&](const std::filesystem::directory_entry& file) {
-        return file.path().filename() != "Corvandi.conf" && contentsOf(file) == garbage;
+        return contentsOf(file) == garbage;
     }));
 }
 
@@ -101,7 +101,7 @@ TEST(ADisplayThatIsLost, EndsTheProgramWithALine)
 
     ASSERT_TRUE(status) << "it hangs";
     EXPECT_LT(*status, 128) << "ended by a signal";
-    EXPECT_TRUE(session.program().lineWith("display", mark)) << session.program().log();
+    EXPECT_TRUE(session.program().lineWith("X11 connection broke", mark)) << session.program().log();
 }
 
 TEST(ASecondInstance, EndsAndLeavesTheFirstWorking)
