@@ -17,7 +17,8 @@ TEST_P(TerminationSignalsTest, TheSignalBecomesACallFromTheEventLoop)
     int calls = 0;
     TerminationSignals signals;
     signals.watch([&] { ++calls; });
-    ASSERT_EQ(kill(getpid(), GetParam()), 0);
+    // To this thread: the toolkit's own ones are older than the mask here.
+    ASSERT_EQ(raise(GetParam()), 0);
     EXPECT_EQ(calls, 0);
     EXPECT_TRUE(waitUntil([&] { return calls == 1; }));
 }
