@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <cstring>
 #include <ctime>
 
 namespace corvandi {
@@ -33,12 +34,46 @@ QString writeRamp(const QTemporaryDir& folder)
     return file.fileName();
 }
 
-void play(QProcess& player, const QString& file)
+QStringList rawSound(const QString& device)
 {
-    player.start(QStringLiteral("paplay"),
-                 {QStringLiteral("-d"), QStringLiteral("micfeed"), QStringLiteral("--raw"),
-                  QStringLiteral("--rate=48000"), QStringLiteral("--channels=1"),
-                  QStringLiteral("--format=float32le"), file});
+    return {QStringLiteral("--device=") + device, QStringLiteral("--raw"), QStringLiteral("--rate=48000"),
+            QStringLiteral("--channels=1"), QStringLiteral("--format=float32le")};
+}
+
+/// Another program that records at the same time. Under load a server itself drops sound now and then;
+/// this one shows what there was to record.
+class Witness {
+public:
+    Witness()
+    {
+        process_.start(QStringLiteral("parec"), rawSound(QStringLiteral("mic"))
+                                                    << QStringLiteral("--latency-msec=20"));
+    }
+    [[nodiscard]] bool hasBegun()
+    {
+        return waitUntil([this] { return process_.bytesAvailable() > 0; });
+    }
+    std::vector<float> stop()
+    {
+        process_.terminate();
+        process_.waitForFinished();
+        const QByteArray bytes = process_.readAllStandardOutput();
+        std::vector<float> samples(static_cast<size_t>(bytes.size()) / sizeof(float));
+        std::memcpy(samples.data(), bytes.constData(), samples.size() * sizeof(float));
+        return samples;
+    }
+
+private:
+    QProcess process_;
+};
+
+/// Without the silence at both ends.
+std::vector<float> trimmed(const std::vector<float>& samples)
+{
+    const auto isSound = [](float value) { return value != 0; };
+    const auto begin = std::find_if(samples.begin(), samples.end(), isSound);
+    const auto end = std::find_if(samples.rbegin(), samples.rend(), isSound).base();
+    return begin < end ? std::vector<float>(begin, end) : std::vector<float>();
 }
 
 class PulseAudioInputTest : public ::testing::Test {
@@ -58,20 +93,21 @@ TEST_F(PulseAudioInputTest, ARampArrivesFrameByFrameInBlocksOf2048)
 {
     const QTemporaryDir folder;
     const QString file = writeRamp(folder);
+    Witness witness;
+    ASSERT_TRUE(witness.hasBegun());
     ASSERT_TRUE(recorder.start());
+    ASSERT_TRUE(recorder.waitForSound());
     QProcess player;
-    play(player, file);
+    player.start(QStringLiteral("paplay"), rawSound(QStringLiteral("micfeed")) << file);
     ASSERT_TRUE(waitUntil([&] { return player.state() == QProcess::NotRunning; }, 30s));
     runFor(300ms);
     ASSERT_TRUE(recorder.stop());
 
-    const std::vector<float> samples = recorder.samples();
-    const auto begin = std::find_if(samples.begin(), samples.end(), [](float value) { return value != 0; });
-    ASSERT_GE(static_cast<size_t>(samples.end() - begin), rampFrames);
-    size_t wrong = 0;
-    for (size_t i = 0; i < rampFrames; ++i)
-        wrong += *(begin + static_cast<ptrdiff_t>(i)) == static_cast<float>(i + 1) * rampStep ? 0 : 1;
-    EXPECT_EQ(wrong, 0U);
+    const std::vector<float> heard = trimmed(recorder.samples());
+    const std::vector<float> played = trimmed(witness.stop());
+    // All of the ramp but what the server may have dropped.
+    ASSERT_GE(heard.size(), rampFrames * 9 / 10);
+    EXPECT_TRUE(heard == played) << heard.size() << " frames against " << played.size();
 
     auto lengths = recorder.lengths();
     EXPECT_LE(lengths.back(), Recorder::framesPerBlock);
