@@ -121,13 +121,10 @@ void DictationController::beginDictation()
     targetBundleID_ = currentTargetBundleID();
     recordingStart_ = platform_.queue.now();
     hud_.showRecording();
-    const AudioFormat format = audio_.inputFormat();
-    startTask_ =
-        std::make_shared<QCoro::Task<>>(runStart(weak_from_this(), platform_.queue, sessionTask_, format));
+    startTask_ = std::make_shared<QCoro::Task<>>(runStart(weak_from_this(), platform_.queue, sessionTask_));
 }
 
-QCoro::Task<> DictationController::runStart(Self weak, MainQueue& queue, TaskHandle previousSession,
-                                            AudioFormat format)
+QCoro::Task<> DictationController::runStart(Self weak, MainQueue& queue, TaskHandle previousSession)
 {
     // A finished task keeps its arguments for as long as its handle lives; without this each dictation
     // would keep the one before it.
@@ -139,19 +136,20 @@ QCoro::Task<> DictationController::runStart(Self weak, MainQueue& queue, TaskHan
     if (!self)
         co_return;
     try {
-        co_await self->startTranscriber(format);
+        co_await self->startTranscriber();
     } catch (const std::exception& error) {
         self->platform_.log.write(QStringLiteral("dictation could not start: ") + corvandi::describe(error));
         throw;
     }
 }
 
-QCoro::Task<> DictationController::startTranscriber(AudioFormat format)
+QCoro::Task<> DictationController::startTranscriber()
 {
     awaitedFirstAudio_ = recordingStart_;
     co_await audio_.start();
     const MainQueue::Duration begin = platform_.queue.now();
-    co_await speech_.start(format);
+    // Read only now: the device may have come or changed while the previous dictation was delivered.
+    co_await speech_.start(audio_.inputFormat());
     modelState_ = model_state::Ready{};
     const auto elapsed = platform_.queue.now() - begin;
     platform_.log.write(QStringLiteral("speech.start ready in %1").arg(wholeMilliseconds(elapsed)));

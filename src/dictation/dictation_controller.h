@@ -78,12 +78,11 @@ private:
     void wireCallbacks();
     void receiveLevel(float level);
     void cancelDictation(TaskHandle start);
-    static QCoro::Task<> runStart(Self weak, MainQueue& queue, TaskHandle previousSession,
-                                  AudioFormat format);
+    static QCoro::Task<> runStart(Self weak, MainQueue& queue, TaskHandle previousSession);
     static QCoro::Task<> runSession(Self weak, MainQueue& queue, TaskHandle start, Target target);
     static QCoro::Task<> runCancel(Self weak, MainQueue& queue, TaskHandle start);
     static QCoro::Task<> runPreparation(Self weak, MainQueue& queue);
-    [[nodiscard]] QCoro::Task<> startTranscriber(AudioFormat format);
+    [[nodiscard]] QCoro::Task<> startTranscriber();
     [[nodiscard]] QCoro::Task<> stopCapture(TaskHandle start);
     [[nodiscard]] QCoro::Task<std::optional<Transcript>> finishWithTimeout();
     [[nodiscard]] QCoro::Task<> discardTranscript();

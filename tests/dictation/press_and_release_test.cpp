@@ -186,6 +186,17 @@ TEST_F(DictationControllerTest, AReleaseWhileTheStartStillWaitsIsDeliveredOnceIt
     EXPECT_EQ(keyboard.typed(), words);
 }
 
+TEST_F(DictationControllerTest, AMicrophoneThatComesWhileTheLastDictationIsDeliveredIsUsedAsItIs)
+{
+    hold();
+    input.format = {};
+    press();
+    input.format = {44100, 2, SampleFormat::float32};
+    recognise(words);
+    ASSERT_EQ(converters.creations.size(), 2U);
+    EXPECT_EQ(converters.creations.back().from, input.format);
+}
+
 TEST_F(DictationControllerTest, ATranscriptThatTakesFiveSecondsTimesOut)
 {
     hold();
