@@ -1,7 +1,6 @@
 #include "storage/insertion_method.h"
 
-namespace corvandi
-{
+namespace corvandi {
 
 QString rawValue(InsertionMethod method)
 {

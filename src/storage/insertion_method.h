@@ -5,8 +5,7 @@
 #include <array>
 #include <optional>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// How dictated text gets into the application: by synthetic keystrokes or through the clipboard.
 enum class InsertionMethod { type, paste };

@@ -4,13 +4,10 @@
 
 #include <QLatin1String>
 
-namespace corvandi
-{
-namespace
-{
+namespace corvandi {
+namespace {
 
-namespace keys
-{
+namespace keys {
 constexpr QLatin1String hotkeyKeyCode("hotkeyKeyCode");
 constexpr QLatin1String hotkeyOption("hotkeyOption");
 constexpr QLatin1String hotkeyCommand("hotkeyCommand");

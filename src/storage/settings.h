@@ -5,8 +5,7 @@
 
 #include <QObject>
 
-namespace corvandi
-{
+namespace corvandi {
 
 /// The user's preferences: one instance, created at start-up and shared by reference.
 ///
@@ -20,8 +19,7 @@ namespace corvandi
 /// be stored here.
 ///
 /// Thread: main thread only. The store outlives this object.
-class Settings : public QObject
-{
+class Settings : public QObject {
     Q_OBJECT
 
 public:
