@@ -5,6 +5,7 @@
 #include "platform/linux/audio/pulse_audio_input.h"
 #include "platform/linux/audio/pulse_capture_authorization.h"
 #include "platform/linux/audio/pulse_server.h"
+#include "platform/linux/audio/sandbox.h"
 #include "platform/linux/audio/speex_audio_converter.h"
 #include "platform/linux/event_loop/qt_main_queue.h"
 #include "platform/linux/focus/active_window_process.h"
@@ -32,7 +33,8 @@ struct Application::Objects {
     QtUserDefaults userDefaults{log};
     Settings settings{userDefaults};
     X11Workspace workspace{queue};
-    AtSpiAccessibilityClient accessibility{log, [](const auto& answered) { answered(false); }};
+    /// Only silent checks are made so far, so nobody is ever asked.
+    AtSpiAccessibilityClient accessibility{log, [](const AtSpiAccessibilityClient::Answer&) {}};
     ActiveWindowProcess activeWindowProcess{log};
     AtSpiFocus focus{[this] { return activeWindowProcess(); }, log};
     WatchedChord watchedChord;
@@ -41,7 +43,7 @@ struct Application::Objects {
     X11Pasteboard pasteboard{queue};
     PulseServer soundServer{queue, log};
     PulseAudioInput audioInput{soundServer, queue, log};
-    PulseCaptureAuthorization captureAuthorization{soundServer, queue, std::nullopt};
+    PulseCaptureAuthorization captureAuthorization{soundServer, queue, sandboxedApplicationId()};
     SpeexAudioConverters audioConverters;
     PocketSphinxFramework speechFramework{installedModelFolder(), queue};
     X11HudPanels hudPanels;
