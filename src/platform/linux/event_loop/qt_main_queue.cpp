@@ -18,12 +18,8 @@ public:
         using std::chrono::milliseconds;
         timer_.setTimerType(Qt::PreciseTimer);
         timer_.setSingleShot(repeat == Repeat::once);
-        // The work is held outside the timer's connection, so that it may destroy its own timer.
-        const auto shared = std::make_shared<std::function<void()>>(std::move(work));
-        QObject::connect(&timer_, &QTimer::timeout, &timer_, [shared] {
-            const auto held = shared;
-            (*held)();
-        });
+        // Qt keeps the work alive while it runs, so that it may destroy its own timer.
+        QObject::connect(&timer_, &QTimer::timeout, &timer_, std::move(work));
         timer_.start(std::max(ceil<milliseconds>(interval), milliseconds(0)));
     }
 
