@@ -11,6 +11,8 @@ namespace corvandi {
 namespace {
 
 constexpr qsizetype wordSize = sizeof(uint32_t);
+/// Longer than any that the language model has.
+constexpr qsizetype longestWord = 200;
 
 /// Reads numbers in the machine's byte order, one after the other; never beyond the end.
 class Reader {
@@ -180,6 +182,29 @@ bool areIntactWeights(const QByteArray& data, const QByteArray& definition)
     const auto counts = readCounts(reader, definition);
     return counts && data.contains("BEGIN FILE FORMAT DESCRIPTION") &&
            data.size() > weightsPerSenone * counts->senones;
+}
+
+bool isIntactLanguageModel(const QByteArray& data)
+{
+    // A title, a byte for the order of the model, the number of words. At the end the table's length and
+    // the words, each with a zero after it.
+    const QByteArray title("Trie Language Model");
+    Reader reader(data, title.size() + 1);
+    const auto words = reader.table<int32_t>(1);
+    if (!data.startsWith(title) || !words || words->front() <= 0 || !data.endsWith('\0'))
+        return false;
+    qsizetype zero = data.size() - 1;
+    for (int32_t i = 1; i < words->front() && zero > 0; ++i)
+        zero = data.lastIndexOf('\0', zero - 1);
+    // The first word's own zero has been reached; its beginning is where the length says it is.
+    for (qsizetype begin = zero; begin > reader.offset() + wordSize; --begin) {
+        Reader length(data, begin - wordSize);
+        if (length.table<int32_t>(1)->front() == data.size() - begin)
+            return true;
+        if (zero - begin > longestWord)
+            return false;
+    }
+    return false;
 }
 
 bool isIntactDictionary(const QByteArray& data)

@@ -19,6 +19,9 @@ namespace corvandi {
 /// must be intact, has.
 [[nodiscard]] bool areIntactWeights(const QByteArray& data, const QByteArray& definition);
 
+/// The language model: whether it has its table of words, which is the last thing in it.
+[[nodiscard]] bool isIntactLanguageModel(const QByteArray& data);
+
 /// The dictionary: whether it is text, is complete to the last line, and has the words of a language.
 [[nodiscard]] bool isIntactDictionary(const QByteArray& data);
 

@@ -70,6 +70,7 @@ void ModelFiles::verify() const
     verifyFile(acousticFile("sendump"), [definition = contents(acousticFile("mdef"))](const auto& weights) {
         return areIntactWeights(weights, definition);
     });
+    verifyFile(languageModel, isIntactLanguageModel);
     verifyFile(dictionary, isIntactDictionary);
 }
 
