@@ -77,8 +77,9 @@ protected:
         const auto password = startQtFields(QStringLiteral("password"));
         pressKey(QStringLiteral("Tab"));
         ASSERT_TRUE(password->hasFocusOn(QStringLiteral("password")));
-        // Read only once, so that no reading can have helped to find the answer.
-        runFor(seconds(4));
+        // Read only once, so that no reading can have helped to find the answer, and late enough for a
+        // busy machine.
+        runFor(seconds(8));
         EXPECT_EQ(inspector.currentTarget(), FocusTarget::secure);
     }
 };
