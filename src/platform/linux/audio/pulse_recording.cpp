@@ -22,11 +22,11 @@ pa_sample_spec sampleSpec(const AudioFormat& format)
             static_cast<uint8_t>(format.channelCount)};
 }
 
-pa_buffer_attr bufferAttributes(const pa_sample_spec& spec)
+pa_buffer_attr bufferAttributes(const pa_sample_spec& samples)
 {
     constexpr auto serversChoice = std::numeric_limits<uint32_t>::max();
     constexpr std::chrono::microseconds piece = pieceLength;
-    const size_t bytes = pa_usec_to_bytes(static_cast<pa_usec_t>(piece.count()), &spec);
+    const size_t bytes = pa_usec_to_bytes(static_cast<pa_usec_t>(piece.count()), &samples);
     return {serversChoice, serversChoice, serversChoice, serversChoice, static_cast<uint32_t>(bytes)};
 }
 
@@ -48,11 +48,11 @@ PulseRecording::PulseRecording(pa_mainloop_api& loop, pa_context* context, const
 
 void PulseRecording::connect(pa_context* context, const SoundSource& source, const AudioFormat& format)
 {
-    const pa_sample_spec spec = sampleSpec(format);
+    const pa_sample_spec samples = sampleSpec(format);
     // The device's own channel order, or else the server would mix them by their default names.
     const pa_channel_map* channels =
-        pa_channel_map_compatible(&source.channels, &spec) != 0 ? &source.channels : nullptr;
-    stream_.reset(pa_stream_new(context, "Dictation", &spec, channels));
+        pa_channel_map_compatible(&source.channels, &samples) != 0 ? &source.channels : nullptr;
+    stream_.reset(pa_stream_new(context, "Dictation", &samples, channels));
     if (!stream_) {
         fail(QString::fromUtf8(pa_strerror(pa_context_errno(context))));
         return;
@@ -63,7 +63,7 @@ void PulseRecording::connect(pa_context* context, const SoundSource& source, con
     pa_stream_set_read_callback(
         stream_.get(), [](pa_stream*, size_t, void* self) { static_cast<PulseRecording*>(self)->read(); },
         this);
-    const pa_buffer_attr attributes = bufferAttributes(spec);
+    const pa_buffer_attr attributes = bufferAttributes(samples);
     // Not to be moved: when the microphone is unplugged, the server would go on with a sink's monitor.
     constexpr auto flags = static_cast<pa_stream_flags_t>(PA_STREAM_ADJUST_LATENCY | PA_STREAM_DONT_MOVE);
     if (pa_stream_connect_record(stream_.get(), source.name.c_str(), &attributes, flags) < 0)

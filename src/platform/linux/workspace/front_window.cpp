@@ -24,8 +24,8 @@ bool negotiateXRes(const XcbConnection& x)
 
 xcb_res_query_client_ids_cookie_t askForProcess(const XcbConnection& x, xcb_window_t window)
 {
-    const xcb_res_client_id_spec_t spec{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-    return xcb_res_query_client_ids(x.get(), 1, &spec);
+    const xcb_res_client_id_spec_t client{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+    return xcb_res_query_client_ids(x.get(), 1, &client);
 }
 
 std::optional<pid_t> processKnownToServer(const XcbConnection& x, xcb_res_query_client_ids_cookie_t cookie)
