@@ -35,8 +35,7 @@ DictationFixture::~DictationFixture()
         step->release();
     keyboard.freeKeys();
     queue.drain();
-    if (!engine.dictations().empty())
-        engine.endResults();
+    engine.endAllResults();
     queue.advance(10s);
 }
 

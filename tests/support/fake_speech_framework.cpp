@@ -123,6 +123,14 @@ void FakeSpeechFramework::failResults(const QString& description)
     latestTranscriber_->push({std::nullopt, description});
 }
 
+void FakeSpeechFramework::endAllResults()
+{
+    for (const std::weak_ptr<Transcriber>& transcriber : transcribers_) {
+        if (const auto living = transcriber.lock())
+            living->push({});
+    }
+}
+
 QCoro::Task<std::vector<Locale>> FakeSpeechFramework::supportedLocales()
 {
     co_await listing.run();
@@ -141,6 +149,7 @@ std::shared_ptr<SpeechAnalyzer>
 FakeSpeechFramework::makeAnalyzer(std::shared_ptr<SpeechTranscriber> transcriber)
 {
     latestTranscriber_ = std::static_pointer_cast<Transcriber>(std::move(transcriber));
+    transcribers_.push_back(latestTranscriber_);
     const Locale& locale = latestTranscriber_->locale();
     dictations_.push_back(std::make_shared<Dictation>(Dictation{locale, false, false, {}}));
     return std::make_shared<Analyzer>(*this, latestTranscriber_, dictations_.back());

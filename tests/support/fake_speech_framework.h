@@ -38,6 +38,8 @@ public:
     void pushVolatile(const QString& text);
     void endResults();
     void failResults(const QString& description);
+    /// Ends the results of every dictation that there was, so that no task is left waiting for one.
+    void endAllResults();
 
     /// One analyzer, in the order in which they were made.
     struct Dictation {
@@ -67,6 +69,7 @@ private:
     class Request;
 
     std::shared_ptr<Transcriber> latestTranscriber_;
+    std::vector<std::weak_ptr<Transcriber>> transcribers_;
     std::vector<std::shared_ptr<Dictation>> dictations_;
     std::vector<Locale> transcriberLocales_;
 };
