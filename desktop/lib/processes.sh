@@ -62,7 +62,7 @@ end_service() {
 # half started or half ended already. Needs no environment but PATH.
 dismantle() {
     local folder=$1 display='' processes
-    [[ $folder == "$desktop_prefix".* && -d $folder ]] || return 0
+    [[ $folder == "$desktop_prefix".* ]] || return 0
     processes=$(marked_processes "$folder")
     # shellcheck disable=SC2086
     [[ -n $processes ]] && kill -TERM $processes 2>/dev/null
