@@ -52,7 +52,11 @@ void TargetApplication::kill()
 
 void activateWindow(const QString& title)
 {
-    QProcess::execute(QStringLiteral("wmctrl"), {QStringLiteral("-F"), QStringLiteral("-a"), title});
+    // The tool gives up when any window goes away while it looks through the list.
+    constexpr int tries = 5;
+    const QStringList arguments{QStringLiteral("-F"), QStringLiteral("-a"), title};
+    for (int i = 0; i < tries && QProcess::execute(QStringLiteral("wmctrl"), arguments) != 0; ++i) {
+    }
 }
 
 void pressKey(const QString& key)
