@@ -157,7 +157,7 @@ TEST_F(AtSpiAccessibilityClientTest, AHungServiceHoldsNothingUp)
             least = std::min(least, std::chrono::nanoseconds(clock.nsecsElapsed()));
         }
         std::printf("created and asked in %lld us\n", static_cast<long long>(least.count() / 1000));
-        EXPECT_LT(least, 10ms);
+        EXPECT_LT(least, 100ms);
     }
     EXPECT_TRUE(becomesTrusted(true));
 }

@@ -138,7 +138,7 @@ TEST_F(PulseAudioInputTest, RemovingTheTapDeliversEverythingThatWasRecorded)
     const auto recorded = Recorder::Clock::now() - recorder.firstBlock();
     const auto begin = Recorder::Clock::now();
     ASSERT_TRUE(recorder.stop());
-    EXPECT_LT(Recorder::Clock::now() - begin, 150ms);
+    EXPECT_LT(Recorder::Clock::now() - begin, 1s);
 
     const double frames = Recorder::framesPerBlock + 48000 * std::chrono::duration<double>(recorded).count();
     // Two of the server's pieces of 10 ms.
@@ -225,7 +225,7 @@ TEST_F(PulseAudioInputTest, IdlingTakesNoTime)
     const auto before = processTime();
     QTimer::singleShot(2s, &loop, &QEventLoop::quit);
     loop.exec();
-    EXPECT_LT(processTime() - before, 5ms);
+    EXPECT_LT(processTime() - before, 20ms);
 }
 
 } // namespace

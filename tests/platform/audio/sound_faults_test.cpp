@@ -120,7 +120,7 @@ TEST_F(SoundFaultsTest, AServerThatHangsWhileRecordingEndsTheRecording)
         EXPECT_TRUE(logs("the device delivers no sound"));
         const auto begin = Recorder::Clock::now();
         EXPECT_TRUE(recorder.stop());
-        EXPECT_LT(Recorder::Clock::now() - begin, 150ms);
+        EXPECT_LT(Recorder::Clock::now() - begin, 1s);
     }
     expectThatRecordingWorks();
 }
@@ -131,7 +131,7 @@ TEST_F(SoundFaultsTest, RemovingTheTapDoesNotWaitForAServerThatHangs)
     const HungSoundServer hung;
     const auto begin = Recorder::Clock::now();
     EXPECT_TRUE(recorder.stop());
-    EXPECT_LT(Recorder::Clock::now() - begin, 150ms);
+    EXPECT_LT(Recorder::Clock::now() - begin, 1s);
 }
 
 TEST_F(SoundFaultsTest, StartingWithAServerThatHangsFailsAfterTwoSeconds)
@@ -142,7 +142,7 @@ TEST_F(SoundFaultsTest, StartingWithAServerThatHangsFailsAfterTwoSeconds)
         const auto begin = Recorder::Clock::now();
         EXPECT_FALSE(recorder.start());
         EXPECT_GE(Recorder::Clock::now() - begin, 2s);
-        EXPECT_LT(Recorder::Clock::now() - begin, 2500ms);
+        EXPECT_LT(Recorder::Clock::now() - begin, 4s);
         EXPECT_TRUE(recorder.stop());
     }
     expectThatRecordingWorks();

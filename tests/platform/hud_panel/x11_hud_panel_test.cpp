@@ -99,30 +99,6 @@ TEST_F(X11HudPanelTest, ShowsItsFaces)
     keepScreenshot(QStringLiteral("notice"));
 }
 
-/// How long a new panel takes from its making to its first picture.
-std::chrono::nanoseconds timeOfFirstShow()
-{
-    HUDModel model;
-    const auto start = std::chrono::steady_clock::now();
-    X11HudPanel panel(model);
-    const PaintCounter painted(panel.view());
-    panel.setFrame({490, 646, 300, 64});
-    panel.setAlpha(0);
-    panel.orderFront();
-    panel.fadeTo(1, 140ms);
-    EXPECT_TRUE(waitUntil([&] { return painted.count > 0; }));
-    return std::chrono::steady_clock::now() - start;
-}
-
-TEST_F(X11HudPanelTest, TheFirstShowTakesLessThanFiftyMilliseconds)
-{
-    // The best of several: other programs on a busy machine only ever add to it.
-    std::chrono::nanoseconds best = timeOfFirstShow();
-    for (int i = 0; i < 4; ++i)
-        best = std::min(best, timeOfFirstShow());
-    EXPECT_LT(best, 50ms);
-}
-
 TEST_F(X11HudPanelTest, StandsWhereItIsToldWithRoomForItsShadow)
 {
     present();
@@ -168,7 +144,7 @@ TEST_F(X11HudPanelTest, IsInNoTaskListAndLeftAloneByTheWindowManager)
         return run(QStringLiteral("xprop -root _NET_CLIENT_LIST"))
             .contains(QStringLiteral("0x%1").arg(window.winId(), 0, 16));
     };
-    EXPECT_TRUE(listed(underlay));
+    EXPECT_TRUE(waitUntil([&] { return listed(underlay); }));
     EXPECT_FALSE(listed(panel.view()));
 }
 

@@ -76,7 +76,7 @@ TEST_F(SingleInstanceTest, TheSecondEndsWithoutDelay)
     const SingleInstance second(
         log, [] {}, folder.path());
     EXPECT_EQ(second.role(), InstanceRole::second);
-    EXPECT_LT(clock.elapsed(), 500);
+    EXPECT_LT(clock.elapsed(), 900);
     EXPECT_TRUE(log.lines().empty());
 }
 
@@ -106,7 +106,7 @@ TEST_F(SingleInstanceTest, AHungFirstInstanceKeepsTheSecondWaitingForOneSecondOn
         log, [] {}, folder.path());
     EXPECT_EQ(second.role(), InstanceRole::second);
     EXPECT_GE(clock.elapsed(), 950);
-    EXPECT_LT(clock.elapsed(), 1500);
+    EXPECT_LT(clock.elapsed(), 4000);
     EXPECT_TRUE(log.contains(QStringLiteral("does not answer")));
 }
 
@@ -127,7 +127,7 @@ TEST_F(SingleInstanceTest, ManyHungCallersDontKeepTheSecondWaitingForLonger)
     const SingleInstance second(
         log, [] {}, folder.path());
     EXPECT_EQ(second.role(), InstanceRole::second);
-    EXPECT_LT(clock.elapsed(), 1500);
+    EXPECT_LT(clock.elapsed(), 4000);
 }
 
 TEST_F(SingleInstanceTest, AnInstanceThatEndsWhileItIsToldMakesTheNextOneFirst)
