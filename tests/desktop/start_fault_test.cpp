@@ -3,8 +3,6 @@
 #include "good_enough.h"
 #include "session.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <csignal>
 #include <fstream>
@@ -114,12 +112,22 @@ TEST(ASecondInstance, EndsAndLeavesTheFirstWorking)
     expectDictation(session);
 }
 
+bool canMountForOneProgram()
+{
+    try {
+        (void)outputOf({"unshare", "--mount", "true"});
+        return true;
+    } catch (const HarnessError&) {
+        return false;
+    }
+}
+
 /// The program finds the model at a fixed place, so an empty folder is mounted over it, for the
-/// program alone. Only root may do that.
+/// program alone. Only root may do that, and not inside every container.
 TEST(AMissingSpeechModel, IsToldAndTheProgramLivesOn)
 {
-    if (::geteuid() != 0)
-        GTEST_SKIP() << "needs root to hide the model";
+    if (!canMountForOneProgram())
+        GTEST_SKIP() << "the model can't be hidden from the program here";
     Session session;
     const TargetApplication target(Kind::terminal, session.folder());
     const auto empty = session.folder() / "empty";
