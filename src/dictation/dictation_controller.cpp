@@ -116,12 +116,13 @@ void DictationController::beginDictation()
         return;
     }
     isDictating_ = true;
-    // The hand is on the hotkey again: an insertion that waits for it to leave would wait for long.
-    keysAreFree_.complete({});
     targetBundleID_ = currentTargetBundleID();
     recordingStart_ = platform_.queue.now();
     hud_.showRecording();
     startTask_ = std::make_shared<QCoro::Task<>>(runStart(weak_from_this(), platform_.queue, sessionTask_));
+    // The hand is on the hotkey again: an insertion that waits for it to leave would wait for long. Last,
+    // since that insertion goes on inside this call.
+    keysAreFree_.complete({});
 }
 
 QCoro::Task<> DictationController::runStart(Self weak, MainQueue& queue, TaskHandle previousSession)

@@ -53,6 +53,17 @@ TEST(ModifierMasks, LeaveOutWhatTheOtherSideDoesNotKnow)
     EXPECT_EQ(modifierFlags(x11_mask::lock | x11_mask::numLock | x11_mask::level3), 0U);
 }
 
+TEST(ModifierMasks, EachModifierKeyHasItsOwnOnBothSides)
+{
+    for (const auto& [keys, mask] :
+         {std::pair(std::pair(58, 61), x11_mask::alt), std::pair(std::pair(59, 62), x11_mask::control),
+          std::pair(std::pair(56, 60), x11_mask::shift), std::pair(std::pair(55, 54), x11_mask::super)}) {
+        EXPECT_EQ(modifierOf(static_cast<uint16_t>(keys.first)), mask);
+        EXPECT_EQ(modifierOf(static_cast<uint16_t>(keys.second)), mask);
+    }
+    EXPECT_EQ(modifierOf(virtual_key::space), x11_mask::none);
+}
+
 TEST(ModifierMasks, AllThatContainOneAre128AndAllAre256)
 {
     const auto withAlt = masksContaining(x11_mask::alt);
