@@ -1,0 +1,24 @@
+#pragma once
+
+#include "base/date.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QUuid>
+
+#include <optional>
+#include <vector>
+
+namespace corvandi {
+
+/// One saved transcript: the final text of a dictation and when it happened.
+struct HistoryEntry {
+    /// Two entries with the same one are the same entry.
+    QUuid id;
+    QString text;
+    Date date;
+
+    friend bool operator==(const HistoryEntry&, const HistoryEntry&) = default;
+};
+
+} // namespace corvandi
