@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/locale.h"
 #include "base/system_log.h"
 #include "platform/file_system.h"
 #include "platform/work_queue.h"
@@ -30,9 +31,11 @@ public:
     /// What the history keeps at most; the oldest entries go first.
     static constexpr std::size_t historyLimit = 1000;
 
-    /// `directory` is created when it is missing. The referees outlive the store. A file that can't be
-    /// read as what it should be is set aside with the suffix ".corrupt", and its part starts empty.
-    Store(const QString& directory, FileSystem& files, WorkQueue& queue, SystemLog& log);
+    /// `directory` is created when it is missing. A file that can't be read as what it should be is set
+    /// aside with the suffix ".corrupt", and its part starts empty; a vocabulary of the earlier form is
+    /// written anew at once. All of this waits for the disk. `locale` is the user's, for `listHistory`.
+    /// The referees outlive the store; `files` and `log` also outlive what is done on `queue`.
+    Store(const QString& directory, FileSystem& files, WorkQueue& queue, SystemLog& log, Locale locale);
 
     /// Records `text` as the newest entry.
     void addHistory(const QString& text, Date date);
@@ -56,11 +59,20 @@ public:
     [[nodiscard]] const VocabBook& vocabBook() const { return vocabBook_; }
 
 private:
+    template<class Value>
+    [[nodiscard]] Value load(const QString& path, Value (*decode)(const QByteArray&));
+    void setAside(const QString& path);
+    void commit(std::vector<HistoryEntry> history);
+    void commit(VocabBook book);
+    /// Whether `encode` gave bytes; they are then on their way to the file.
+    [[nodiscard]] bool persist(const QString& path, const std::function<QByteArray()>& encode);
+
     QString historyPath_;
     QString vocabPath_;
     FileSystem& files_;
     WorkQueue& queue_;
     SystemLog& log_;
+    Locale locale_;
     std::vector<HistoryEntry> history_;
     VocabBook vocabBook_;
 };

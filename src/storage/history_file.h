@@ -1,0 +1,21 @@
+#pragma once
+
+#include "storage/history_entry.h"
+
+#include <QByteArray>
+
+#include <vector>
+
+namespace corvandi {
+
+/// The history as its file holds it: a compact JSON array of objects with the keys "id" (upper-case UUID),
+/// "text" and "date" (the number of seconds since 2001-01-01 00:00:00 UTC), in this order.
+///
+/// Throws an `Error` when a date is not finite.
+[[nodiscard]] QByteArray encodedHistory(const std::vector<HistoryEntry>& history);
+
+/// Reads the bytes of such a file. Every key is required, unknown ones are ignored, and UUIDs may be in
+/// lower case. Throws an `Error` whose description quotes no text when any entry is not right.
+[[nodiscard]] std::vector<HistoryEntry> decodedHistory(const QByteArray& bytes);
+
+} // namespace corvandi
