@@ -8,9 +8,13 @@
 #include "platform/linux/audio/sandbox.h"
 #include "platform/linux/audio/speex_audio_converter.h"
 #include "platform/linux/event_loop/qt_main_queue.h"
+#include "platform/linux/files/posix_file_system.h"
+#include "platform/linux/files/serial_work_queue.h"
+#include "platform/linux/files/system_wall_clock.h"
 #include "platform/linux/focus/active_window_process.h"
 #include "platform/linux/focus/at_spi_focus.h"
 #include "platform/linux/hud_panel/x11_hud_panel.h"
+#include "platform/linux/language_model/no_language_model.h"
 #include "platform/linux/pasteboard/x11_pasteboard.h"
 #include "platform/linux/pocketsphinx/model_files.h"
 #include "platform/linux/pocketsphinx/pocketsphinx_framework.h"
@@ -19,7 +23,18 @@
 #include "platform/linux/x11/x11_event_tap.h"
 #include "platform/linux/x11/x11_keyboard.h"
 
+#include <QStandardPaths>
+
 namespace corvandi {
+namespace {
+
+/// Beside what other applications of the user keep; independent of this program's own name for Qt.
+QString storeDirectory()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QLatin1String("/Corvandi");
+}
+
+} // namespace
 
 /// In the order of creation; destroyed in the reverse one.
 struct Application::Objects {
@@ -46,11 +61,33 @@ struct Application::Objects {
     PulseCaptureAuthorization captureAuthorization{soundServer, queue, sandboxedApplicationId()};
     SpeexAudioConverters audioConverters;
     PocketSphinxFramework speechFramework{installedModelFolder(), queue};
+    NoLanguageModel languageModel{queue};
     X11HudPanels hudPanels;
-    std::shared_ptr<DictationController> controller = DictationController::create(
-        settings,
-        Platform{queue, log, eventTaps, keyboard, pasteboard, accessibility, focus, workspace, audioInput,
-                 audioConverters, captureAuthorization, speechFramework, hudPanels, Locale::current()});
+    SystemWallClock wallClock;
+    PosixFileSystem files;
+    SerialWorkQueue storeQueue;
+    std::shared_ptr<DictationController> controller =
+        DictationController::create(settings, Platform{
+                                                  .queue = queue,
+                                                  .wallClock = wallClock,
+                                                  .log = log,
+                                                  .files = files,
+                                                  .storeQueue = storeQueue,
+                                                  .eventTaps = eventTaps,
+                                                  .keyboard = keyboard,
+                                                  .pasteboard = pasteboard,
+                                                  .accessibility = accessibility,
+                                                  .focusedElements = focus,
+                                                  .workspace = workspace,
+                                                  .audioInput = audioInput,
+                                                  .audioConverters = audioConverters,
+                                                  .captureAuthorization = captureAuthorization,
+                                                  .speechFramework = speechFramework,
+                                                  .languageModel = languageModel,
+                                                  .hudPanels = hudPanels,
+                                                  .locale = Locale::current(),
+                                                  .storeDirectory = storeDirectory(),
+                                              });
 };
 
 Application::Application(SystemLog& log)

@@ -1,10 +1,11 @@
 #include "dictation/dictation_controller.h"
 
 #include "base/one_shot.h"
+#include "text/post_processor.h"
+#include "text/trimming.h"
+#include "text/valid_text.h"
 
 #include <QCoreApplication>
-
-#include <algorithm>
 
 namespace corvandi {
 namespace {
@@ -21,16 +22,6 @@ QString translated(const char* text)
     return QCoreApplication::translate("DictationController", text);
 }
 
-bool isSpaceOrTab(QChar character)
-{
-    return character == QLatin1Char(' ') || character == QLatin1Char('\t');
-}
-
-bool isBlank(const QString& text)
-{
-    return std::all_of(text.begin(), text.end(), isSpaceOrTab);
-}
-
 } // namespace
 
 const std::set<QString> DictationController::injectionDenylist{QStringLiteral("com.apple.finder")};
@@ -41,8 +32,9 @@ QCoro::Task<> DictationController::deliver(std::optional<Transcript> result, Tar
         showTransient(translated("Transcription timed out."), HUDState::error);
         co_return;
     }
-    const QString text = result->text.trimmed();
-    if (isBlank(text)) {
+    const bool rewriteWanted = isRewriteWanted();
+    QString text = cleaned(result->text, target, rewriteWanted);
+    if (trimmedOfSpacesAndTabs(text).isEmpty()) {
         showTransient(result->failed ? translated("Transcription failed.") : translated("Didn't catch that."),
                       HUDState::error);
         co_return;
@@ -52,11 +44,38 @@ QCoro::Task<> DictationController::deliver(std::optional<Transcript> result, Tar
         showTransient(translated("Dictation isn't available in password fields."), HUDState::notice);
         co_return;
     }
+    if (rewriteWanted && !result->failed)
+        text = co_await rewritten(text);
+    if (settings_.saveHistory())
+        store_.addHistory(text, platform_.wallClock.now());
     if (result->failed) {
         deliverPartialText(text);
         co_return;
     }
     co_await deliverText(text, std::move(target), focus);
+}
+
+bool DictationController::isRewriteWanted() const
+{
+    return settings_.cleanUpSentences() && !Rewriter::caption(platform_.languageModel.availability());
+}
+
+QString DictationController::cleaned(const QString& transcript, const Target& target, bool rewriteWanted)
+{
+    const std::vector<VocabRule> rules = store_.vocabBook().effectiveVocab(target);
+    const QString trimmed = trimmedOfWhitespaceAndNewlines(transcript);
+    const QString replaced = vocabReplacer_.apply(rules, trimmed);
+    // What is rewritten keeps its punctuation: it tells the model where the sentences are.
+    const PostProcessor::Options options{.removeDisfluencies = settings_.removeDisfluencies(),
+                                         .keepPunctuation = rewriteWanted || settings_.autoPunctuation()};
+    return withValidSurrogates(PostProcessor::process(replaced, options));
+}
+
+QCoro::Task<QString> DictationController::rewritten(QString text)
+{
+    showProcessing(translated("Polishing"));
+    std::optional<QString> better = co_await rewriter_.rewrite(text);
+    co_return better ? withValidSurrogates(*better) : text;
 }
 
 QCoro::Task<> DictationController::deliverText(QString text, Target target, FocusTarget focus)

@@ -64,11 +64,13 @@ DictationController::DictationController(Private, Settings& settings, const Plat
     : settings_(settings)
     , platform_(platform)
     , hud_(platform.queue, platform.hudPanels)
+    , store_(platform.storeDirectory, platform.files, platform.storeQueue, platform.log, platform.locale)
     , speech_(platform.speechFramework, platform.audioConverters, platform.queue, platform.log,
               platform.locale)
     , audio_(platform.audioInput, platform.queue)
     , focusInspector_(platform.focusedElements)
     , injector_(platform.keyboard, platform.pasteboard, platform.queue)
+    , rewriter_(platform.languageModel, platform.queue, platform.log)
     , hotkey_(platform.eventTaps, platform.queue)
 {
 }

@@ -10,6 +10,9 @@
 #include "speech/audio_engine.h"
 #include "speech/speech_service.h"
 #include "storage/settings.h"
+#include "storage/store.h"
+#include "text/rewriter.h"
+#include "text/vocab_replacer.h"
 
 #include <QCoroTask>
 
@@ -66,6 +69,8 @@ public:
     [[nodiscard]] const ModelState& modelState() const { return modelState_; }
     [[nodiscard]] bool isDictating() const { return isDictating_; }
     [[nodiscard]] HUDController& hud() { return hud_; }
+    /// The history and the vocabulary. Lives as long as the controller.
+    [[nodiscard]] Store& store() { return store_; }
     /// The frontmost application; nothing when there is none or when it is this program.
     [[nodiscard]] std::optional<QString> currentTargetBundleID() const;
 
@@ -91,6 +96,9 @@ private:
 
     // Delivery.
     [[nodiscard]] QCoro::Task<> deliver(std::optional<Transcript> result, Target target);
+    [[nodiscard]] bool isRewriteWanted() const;
+    [[nodiscard]] QString cleaned(const QString& transcript, const Target& target, bool rewriteWanted);
+    [[nodiscard]] QCoro::Task<QString> rewritten(QString text);
     [[nodiscard]] QCoro::Task<> deliverText(QString text, Target target, FocusTarget focus);
     [[nodiscard]] QCoro::Task<> waitForFreeKeys();
     void deliverPartialText(const QString& text);
@@ -102,11 +110,14 @@ private:
     Settings& settings_;
     Platform platform_;
     HUDController hud_;
+    Store store_;
+    VocabReplacer vocabReplacer_;
     SpeechService speech_;
     /// After the service, so that nothing feeds it any more when it goes.
     AudioEngine audio_;
     FocusInspector focusInspector_;
     TextInjector injector_;
+    Rewriter rewriter_;
     HotKeyManager hotkey_;
     ModelState modelState_ = model_state::Pending{};
     bool isDictating_ = false;

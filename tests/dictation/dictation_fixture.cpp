@@ -9,7 +9,10 @@ DictationFixture::DictationFixture()
     engine.finalizingEndsResults = false;
     const Platform platform{
         .queue = queue,
+        .wallClock = clock,
         .log = log,
+        .files = files,
+        .storeQueue = storeQueue,
         .eventTaps = taps,
         .keyboard = keyboard,
         .pasteboard = pasteboard,
@@ -20,8 +23,10 @@ DictationFixture::DictationFixture()
         .audioConverters = converters,
         .captureAuthorization = microphone,
         .speechFramework = engine,
+        .languageModel = model,
         .hudPanels = panels,
         .locale = Locale(QStringLiteral("en-US")),
+        .storeDirectory = QStringLiteral("/data/Corvandi"),
     };
     controller = DictationController::create(settings, platform);
 }

@@ -6,8 +6,10 @@
 #include "support/fake_audio_converter.h"
 #include "support/fake_audio_input.h"
 #include "support/fake_event_tap.h"
+#include "support/fake_files.h"
 #include "support/fake_hud_panel.h"
 #include "support/fake_keyboard.h"
+#include "support/fake_language_model.h"
 #include "support/fake_pasteboard.h"
 #include "support/fake_session.h"
 #include "support/fake_speech_framework.h"
@@ -48,7 +50,10 @@ protected:
     [[nodiscard]] bool nothingWasDelivered() const;
 
     VirtualQueue queue;
+    FakeWallClock clock;
     RecordingLog log;
+    FakeFileSystem files;
+    ManualWorkQueue storeQueue;
     FakeUserDefaults defaults;
     FakeEventTaps taps;
     FakeKeyboard keyboard;
@@ -59,6 +64,7 @@ protected:
     FakeAudioConverters converters;
     FakeCaptureAuthorization microphone;
     FakeSpeechFramework engine;
+    FakeLanguageModel model;
     FakeHUDPanels panels;
     Settings settings{defaults};
     std::shared_ptr<DictationController> controller;
