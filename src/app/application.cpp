@@ -65,7 +65,7 @@ struct Application::Objects {
     X11HudPanels hudPanels;
     SystemWallClock wallClock;
     PosixFileSystem files;
-    SerialWorkQueue storeQueue;
+    SerialWorkQueue storeQueue{QStringLiteral("io.corvandi.Corvandi.store")};
     std::shared_ptr<DictationController> controller =
         DictationController::create(settings, Platform{
                                                   .queue = queue,
