@@ -10,6 +10,7 @@ namespace corvandi::harness {
 enum class Key : unsigned long {
     space = 0x20,
     a = 0x61,
+    tab = 0xff09,
     f12 = 0xffc9,
     leftShift = 0xffe1,
     leftControl = 0xffe3,

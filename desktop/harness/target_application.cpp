@@ -63,6 +63,8 @@ const char* titleOf(TargetApplication::Kind kind)
         return "Qt target";
     case TargetApplication::Kind::gtkField:
         return "GTK target";
+    case TargetApplication::Kind::qtForm:
+        return "Qt form";
     }
     return "";
 }
@@ -88,6 +90,8 @@ std::vector<std::string> commandFor(TargetApplication::Kind kind, const std::str
         return {folder + "/qt_text_field", record, titleOf(kind)};
     case TargetApplication::Kind::gtkField:
         return {folder + "/gtk_text_field", record, titleOf(kind)};
+    case TargetApplication::Kind::qtForm:
+        return {folder + "/qt_form", record, titleOf(kind)};
     }
     return {};
 }
@@ -147,6 +151,29 @@ std::vector<TargetApplication::KeyPress> TargetApplication::keyPresses() const
         presses.push_back(press);
     }
     return presses;
+}
+
+void TargetApplication::focusNext(Keyboard& keyboard) const
+{
+    expectFocusToMove([&] { keyboard.strike(Key::tab); });
+}
+
+void TargetApplication::clickInTheMiddle() const
+{
+    expectFocusToMove([this] {
+        (void)outputOf({"sh", "-c",
+                        "eval $(xdotool search --name \"^$1\\$\" getwindowgeometry --shell) &&"
+                        "xdotool mousemove --window $WINDOW $((WIDTH / 2)) $((HEIGHT / 2)) click 1",
+                        "sh", title_});
+    });
+}
+
+void TargetApplication::expectFocusToMove(const std::function<void()>& action) const
+{
+    const size_t before = countOf(record_.contents(), "focus");
+    action();
+    if (!record_.waitUntil([&](const std::string& record) { return countOf(record, "focus") > before; }))
+        throw HarnessError(title_ + " did not move the focus; its record: " + record_.contents());
 }
 
 void TargetApplication::settle(Keyboard& keyboard) const

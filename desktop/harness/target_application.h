@@ -6,6 +6,7 @@
 #include "harness/windows.h"
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,7 +16,13 @@ namespace corvandi::harness {
 /// what it receives, with times.
 class TargetApplication {
 public:
-    enum class Kind { terminal, qtField, gtkField };
+    enum class Kind {
+        terminal,
+        qtField,
+        gtkField,
+        /// A text field, a password field and a button; Tab leads from one to the next.
+        qtForm,
+    };
 
     struct Change {
         Clock::time_point at;
@@ -43,12 +50,19 @@ public:
     /// the same keyboard sent before have been handled then; those of others need not, the server is
     /// free to take them later. Throws HarnessError when it does not see it.
     void settle(Keyboard& keyboard) const;
+    /// Clicks into the middle of its window, which is the form's password field, and waits until another
+    /// element has the focus.
+    void clickInTheMiddle() const;
+    /// Strikes Tab and waits until another element of the application has the focus.
+    void focusNext(Keyboard& keyboard) const;
     [[nodiscard]] bool waitForText(const std::string& expected) const;
     /// Waits until the text is longer than `before` and has stopped to grow; returns what was added.
     /// Throws HarnessError when nothing comes.
     [[nodiscard]] std::string waitForAddition(const std::string& before) const;
 
 private:
+    void expectFocusToMove(const std::function<void()>& action) const;
+
     GrowingFile record_;
     std::string title_;
     ChildProcess process_;

@@ -64,6 +64,8 @@ std::string nameOf(const ::testing::TestParamInfo<Kind>& info)
         return "AQtField";
     case Kind::gtkField:
         return "AGtkField";
+    case Kind::qtForm:
+        return "AQtForm";
     }
     return {};
 }

@@ -68,6 +68,8 @@ std::string nameOf(const ::testing::TestParamInfo<Kind>& info)
         return "QtField";
     case Kind::gtkField:
         return "GtkField";
+    case Kind::qtForm:
+        return "QtForm";
     }
     return {};
 }
