@@ -126,9 +126,8 @@ void JsonWriter::value(double number)
     separate();
     std::array<char, 32> digits{};
     const bool isWhole = std::trunc(number) == number && std::abs(number) < exactIntegerLimit;
-    const auto result = isWhole
-                            ? std::to_chars(digits.begin(), digits.end(), static_cast<int64_t>(number))
-                            : std::to_chars(digits.begin(), digits.end(), number);
+    const auto result = isWhole ? std::to_chars(digits.begin(), digits.end(), static_cast<int64_t>(number))
+                                : std::to_chars(digits.begin(), digits.end(), number);
     json_.append(digits.data(), result.ptr - digits.data());
 }
 

@@ -20,7 +20,8 @@ AppVocab readApp(const Json& object)
 
 VocabBook readBook(const Json& object)
 {
-    return {readEach(arrayMember(object, "global"), readRule), readEach(arrayMember(object, "apps"), readApp)};
+    return {readEach(arrayMember(object, "global"), readRule),
+            readEach(arrayMember(object, "apps"), readApp)};
 }
 
 void write(JsonWriter& writer, const std::vector<VocabRule>& rules)

@@ -28,7 +28,10 @@ public:
     };
 
     /// From now on the operation fails for every path, with this reason.
-    void fail(FileOperation operation, const QString& reason) { reasons_.insert_or_assign(operation, reason); }
+    void fail(FileOperation operation, const QString& reason)
+    {
+        reasons_.insert_or_assign(operation, reason);
+    }
     void recover(FileOperation operation) { reasons_.erase(operation); }
 
     void createDirectory(const QString& path) override

@@ -1,0 +1,130 @@
+#include "storage/history_file.h"
+
+#include "base/error.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace corvandi {
+namespace {
+
+const QUuid firstId = QUuid::fromString(QStringLiteral("0123abcd-4567-89ef-abcd-ef0123456789"));
+const QUuid secondId = QUuid::fromString(QStringLiteral("fedcba98-7654-4321-8fed-cba987654321"));
+
+std::vector<HistoryEntry> decodedOne(const QByteArray& id, const QByteArray& text, const QByteArray& date)
+{
+    return decodedHistory("[{\"id\":" + id + ",\"text\":" + text + ",\"date\":" + date + "}]");
+}
+
+const QByteArray id = "\"0123ABCD-4567-89EF-ABCD-EF0123456789\"";
+const QByteArray text = "\"secret\"";
+
+QString reasonOf(const QByteArray& bytes)
+{
+    try {
+        (void)decodedHistory(bytes);
+    } catch (const Error& error) {
+        return error.description();
+    }
+    return {};
+}
+
+TEST(HistoryFile, IsACompactArrayInTheOrderOfTheList)
+{
+    const std::vector<HistoryEntry> history{{firstId, QStringLiteral("Say \"hello\"/é\n😀"), {86400.5}},
+                                            {secondId, QString(), {0}}};
+    EXPECT_EQ(encodedHistory(history),
+              "[{\"id\":\"0123ABCD-4567-89EF-ABCD-EF0123456789\",\"text\":\"Say \\\"hello\\\"/é\\n😀\","
+              "\"date\":86400.5},"
+              "{\"id\":\"FEDCBA98-7654-4321-8FED-CBA987654321\",\"text\":\"\",\"date\":0}]");
+}
+
+TEST(HistoryFile, AnEmptyHistoryIsAnEmptyArray)
+{
+    EXPECT_EQ(encodedHistory({}), "[]");
+    EXPECT_TRUE(decodedHistory("[]").empty());
+    EXPECT_TRUE(decodedHistory(" [\n] ").empty());
+}
+
+TEST(HistoryFile, DatesAreSecondsSinceTheBeginningOf2001)
+{
+    using std::chrono::system_clock;
+    const Date unixEpoch = Date::fromTimePoint(system_clock::time_point());
+    EXPECT_EQ(encodedHistory({{firstId, QString(), unixEpoch}}),
+              "[{\"id\":\"0123ABCD-4567-89EF-ABCD-EF0123456789\",\"text\":\"\",\"date\":-978307200}]");
+    EXPECT_EQ(decodedOne(id, text, "86400").at(0).date.secondsSinceUnixEpoch(), 978307200 + 86400);
+}
+
+TEST(HistoryFile, EveryTextSurvives)
+{
+    const std::vector<QString> texts{
+        QStringLiteral("two\nlines\r\n\u2028\u2029"),
+        QStringLiteral("\"quoted\" and \\ and 'single'"),
+        QStringLiteral("日本語 हिन्दी עברית é e\u0301 😀👩‍👩‍👧"),
+        QChar(0xFEFF) + QStringLiteral("a mark in front"),
+        QStringLiteral("null") + QChar(0) + QStringLiteral("inside"),
+        QString()};
+    std::vector<HistoryEntry> history;
+    for (const QString& each : texts)
+        history.push_back({QUuid::createUuid(), each, {0.25}});
+    EXPECT_EQ(decodedHistory(encodedHistory(history)), history);
+}
+
+TEST(HistoryFile, AnEntryWithoutAPointInTimeCanNotBeEncoded)
+{
+    EXPECT_THROW((void)encodedHistory({{firstId, QString(), {std::numeric_limits<double>::quiet_NaN()}}}),
+                 Error);
+    EXPECT_THROW((void)encodedHistory({{firstId, QString(), {std::numeric_limits<double>::infinity()}}}),
+                 Error);
+}
+
+TEST(HistoryFile, OneEntryThatLacksAKeyMakesTheWholeFileUnreadable)
+{
+    const QByteArray good = R"({"id":"0123ABCD-4567-89EF-ABCD-EF0123456789","text":"a","date":0})";
+    EXPECT_EQ(decodedHistory("[" + good + "]").size(), 1U);
+    for (const char* bad :
+         {R"({"text":"a","date":0})", R"({"id":"0123ABCD-4567-89EF-ABCD-EF0123456789","date":0})",
+          R"({"id":"0123ABCD-4567-89EF-ABCD-EF0123456789","text":"a"})", "{}", "[]", "null", "\"a\"", "0"})
+        EXPECT_THROW((void)decodedHistory("[" + good + "," + bad + "]"), Error) << bad;
+}
+
+TEST(HistoryFile, EveryValueMustHaveItsType)
+{
+    EXPECT_EQ(decodedOne(id, text, "0").size(), 1U);
+    for (const char* date : {"true", "false", "null", "\"0\"", "\"2001-01-01T00:00:00Z\"", "[0]", "{}"})
+        EXPECT_THROW((void)decodedOne(id, text, date), Error) << date;
+    for (const char* notText : {"null", "0", "[\"a\"]", "{}", "true"})
+        EXPECT_THROW((void)decodedOne(id, notText, "0"), Error) << notText;
+    for (const char* notId : {"null", "0", "\"\"", "\"1\"", "\"{0123ABCD-4567-89EF-ABCD-EF0123456789}\""})
+        EXPECT_THROW((void)decodedOne(notId, text, "0"), Error) << notId;
+}
+
+TEST(HistoryFile, UnknownKeysAreIgnored)
+{
+    const auto history = decodedHistory(R"([{"app":{"deep":[[1]]},"date":1.5,"text":"a",)"
+                                        R"("id":"0123abcd-4567-89ef-abcd-ef0123456789","method":null}])");
+    EXPECT_EQ(history, (std::vector<HistoryEntry>{{firstId, QStringLiteral("a"), {1.5}}}));
+}
+
+TEST(HistoryFile, OnlyAnArrayIsAHistory)
+{
+    for (const char* bytes : {"{}", "null", "0", "\"a\"", "true", "", "[", "[] []", "\xEF\xBB\xBF[]"})
+        EXPECT_THROW((void)decodedHistory(bytes), Error) << bytes;
+}
+
+TEST(HistoryFile, ErrorsNeverQuoteTheTexts)
+{
+    EXPECT_EQ(reasonOf("[{\"id\":" + id + ",\"text\":" + text + "}]"), QStringLiteral("\"date\" is missing"));
+    EXPECT_EQ(reasonOf("[{\"id\":" + text + ",\"text\":" + text + ",\"date\":0}]"),
+              QStringLiteral("\"id\" is no UUID"));
+    EXPECT_EQ(reasonOf("[{\"id\":" + id + ",\"text\":" + text + ",\"date\":" + text + "}]"),
+              QStringLiteral("\"date\" has the wrong type"));
+    EXPECT_EQ(reasonOf("[" + text + "]"), QStringLiteral("a value is no object"));
+    EXPECT_EQ(reasonOf(text), QStringLiteral("the history is no array"));
+    EXPECT_EQ(reasonOf("[{\"text\":" + text),
+              QStringLiteral("not valid JSON: unexpected content at byte 18"));
+}
+
+} // namespace
+} // namespace corvandi
