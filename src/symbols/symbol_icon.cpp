@@ -29,7 +29,7 @@ class SymbolIconEngine : public QIconEngine {
 public:
     SymbolIconEngine(Symbol symbol, SymbolColor color)
         : symbol_(symbol)
-        , color_(std::move(color))
+        , color_(color)
     {
     }
 

@@ -42,14 +42,14 @@ QImage symbolSheet(const QColor& background, const QColor& ink, qreal scale)
 /// The application's icon and its one-colour form in the sizes of trays, lists and docks.
 QImage applicationSheet(const QColor& background, const QColor& ink)
 {
-    QImage image = sheet({560, 160}, background, 1);
+    QImage image = sheet({600, 160}, background, 1);
     QPainter painter(&image);
     int x = 12;
     for (const int size : {16, 18, 24, 32, 64, 128}) {
         painter.drawPixmap(x, 12, applicationIcon().pixmap(size));
         x += size + 12;
     }
-    x = 330;
+    x = 370;
     for (const int size : {16, 18, 24, 32, 64}) {
         painter.drawPixmap(x, 60, symbolPixmap(Symbol::corvandi, {size, size}, ink, 1));
         x += size + 12;
