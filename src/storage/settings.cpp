@@ -1,5 +1,6 @@
 #include "storage/settings.h"
 
+#include "hotkey/key_names/key_names.h"
 #include "platform/key_codes.h"
 
 #include <QLatin1String>
@@ -58,6 +59,25 @@ Settings::Settings(UserDefaults& defaults)
     cleanUpSentences_ = defaults_.boolean(keys::cleanUpSentences);
     saveHistory_ = defaults_.boolean(keys::saveHistory);
     insertion_ = readInsertion(defaults_);
+
+    for (const Signal changed :
+         {&Settings::hotkeyKeyCodeChanged, &Settings::hotkeyOptionChanged, &Settings::hotkeyCommandChanged,
+          &Settings::hotkeyShiftChanged, &Settings::hotkeyControlChanged})
+        connect(this, changed, this, &Settings::hotkeyDescriptionChanged);
+}
+
+QString Settings::hotkeyDescription() const
+{
+    QString description;
+    if (hotkeyControl_)
+        description += u'⌃';
+    if (hotkeyOption_)
+        description += u'⌥';
+    if (hotkeyShift_)
+        description += u'⇧';
+    if (hotkeyCommand_)
+        description += u'⌘';
+    return description + KeyCodes::name(hotkeyKeyCode_);
 }
 
 template<class T>

@@ -32,6 +32,9 @@ public:
     [[nodiscard]] bool hotkeyCommand() const { return hotkeyCommand_; }
     [[nodiscard]] bool hotkeyShift() const { return hotkeyShift_; }
     [[nodiscard]] bool hotkeyControl() const { return hotkeyControl_; }
+    /// The hotkey as it is shown: the symbols of its modifiers (Control, Option, Shift, Command) and the
+    /// key's name, such as "⌥Space".
+    [[nodiscard]] QString hotkeyDescription() const;
     /// Whether the transcript keeps its punctuation; on by default.
     [[nodiscard]] bool autoPunctuation() const { return autoPunctuation_; }
     /// Whether filler words are taken out; off by default.
@@ -60,6 +63,8 @@ Q_SIGNALS:
     void hotkeyCommandChanged();
     void hotkeyShiftChanged();
     void hotkeyControlChanged();
+    /// Follows each change of one of the five above.
+    void hotkeyDescriptionChanged();
     void autoPunctuationChanged();
     void removeDisfluenciesChanged();
     void cleanUpSentencesChanged();

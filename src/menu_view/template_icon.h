@@ -1,0 +1,17 @@
+#pragma once
+
+#include "menu/menu_bar_icon.h"
+
+#include <QIcon>
+
+namespace corvandi {
+
+/// An icon for trays, drawn sharp at every size and scale, in the middle of a square.
+///
+/// Nobody tells a program whether a tray is light or dark. So the icon bears the name of a symbolic icon
+/// when `symbolicName` is installed in the icon theme: trays that understand names draw that one in their
+/// own colour. The others get the picture, a template in white with a thin dark edge, which stands out
+/// from both.
+[[nodiscard]] QIcon templateIcon(const MenuBarImage& image, const QString& symbolicName = QString());
+
+} // namespace corvandi

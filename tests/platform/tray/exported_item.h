@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QDBusArgument>
+#include <QStringList>
+#include <QVariant>
+
+#include <string>
+#include <vector>
+
+namespace corvandi::testing {
+
+/// The bus names of the items that the desktop's tray shows; none when there is no tray.
+[[nodiscard]] QStringList shownItems();
+
+/// A program's tray item as trays see it, over the session bus.
+class ExportedItem {
+public:
+    /// `service` is one of `shownItems`.
+    explicit ExportedItem(QString service)
+        : service_(std::move(service))
+    {
+    }
+
+    [[nodiscard]] QVariant property(const QString& name) const;
+    /// What a tray does on a left click.
+    void activate() const;
+    /// What a tray does before it shows the menu.
+    void aboutToShowMenu() const;
+    /// The menu's lines from top to bottom: the label, in brackets if it can be chosen, the shortcut.
+    [[nodiscard]] std::vector<std::string> menu() const;
+    /// What a tray does when the item with this label is chosen.
+    void choose(const QString& label) const;
+
+private:
+    struct Line {
+        int id = 0;
+        QVariantMap properties;
+    };
+    [[nodiscard]] std::vector<Line> lines() const;
+
+    QString service_;
+};
+
+} // namespace corvandi::testing

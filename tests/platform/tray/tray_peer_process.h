@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QProcess>
+
+#include <string>
+
+namespace corvandi::testing {
+
+/// Runs a program to its end and returns what it printed; throws when it fails.
+QString run(const QString& program, const QStringList& arguments);
+/// Runs a command of the virtual desktop.
+QString desktop(const QStringList& arguments);
+/// Keeps a picture of the screen among the build's results.
+void takeScreenshot(const QString& name);
+
+/// A process with the program's icon. Ends with this object.
+class TrayPeer {
+public:
+    /// Returns when the icon has been made.
+    explicit TrayPeer(const QStringList& environment = {});
+    ~TrayPeer();
+    TrayPeer(const TrayPeer&) = delete;
+    TrayPeer& operator=(const TrayPeer&) = delete;
+
+    /// Changes its inputs, and returns when that is done: 'a' whether the hotkey is active, 'u' whether
+    /// updates can be checked for; as capitals, the icon is told.
+    void command(char letter);
+    /// Waits until it has printed this line.
+    [[nodiscard]] bool hasSaid(const std::string& line);
+    /// Everything that it has printed, errors too.
+    [[nodiscard]] std::string output() const { return output_.toStdString(); }
+    [[nodiscard]] bool isRunning() const { return process_.state() == QProcess::Running; }
+    [[nodiscard]] qint64 id() const { return process_.processId(); }
+
+private:
+    QProcess process_;
+    QByteArray output_;
+};
+
+} // namespace corvandi::testing
