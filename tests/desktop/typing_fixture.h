@@ -1,61 +1,63 @@
 #pragma once
 
-#include "harness/target_application.h"
-#include "insertion/text_injector.h"
-#include "platform/linux/event_loop/qt_main_queue.h"
-#include "platform/linux/pasteboard/x11_pasteboard.h"
-#include "platform/linux/x11/keyboard_state.h"
-#include "platform/linux/x11/x11_keyboard.h"
-#include "platform/x11/test_keyboard.h"
-#include "support/recording_log.h"
+#include "platform/linux/x11/modifier_masks.h"
+#include "platform/x11/x11_session.h"
+#include "typing_desk.h"
 #include "typing_text.h"
-
-#include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 
-#include <optional>
 #include <string>
 
 namespace corvandi::testing {
 
-using TargetKind = harness::TargetApplication::Kind;
-
-/// For names of parametrised tests.
-[[nodiscard]] std::string nameOf(TargetKind kind);
-
-/// The real way of a text, from the injector to an application that knows nothing of this program. Each test
-/// begins with an American layout and no locks, and leaves none.
+/// Each test begins with an American layout and a keyboard without locks, and leaves it so.
 class TypingTest : public ::testing::Test {
 protected:
-    ~TypingTest() override;
+    void TearDown() override
+    {
+        desk.setLocks(x11_mask::none);
+        desk.setGroup(0);
+        EXPECT_TRUE(desk.setAccessibility(0));
+        EXPECT_TRUE(setLayout(QStringLiteral("us")));
+    }
 
-    /// Starts the application that text goes to.
-    void open(TargetKind kind);
-    /// Inserts, with the event loop running; whether the text was handed over.
-    [[nodiscard]] bool insert(const QString& text, InsertionMethod method = InsertionMethod::type);
-    /// Waits, with the event loop running, until the application holds exactly `expected`; says what is
-    /// different otherwise.
-    [[nodiscard]] ::testing::AssertionResult holds(const QString& expected);
-    /// What is typed into the application: it takes line breaks or not.
-    [[nodiscard]] QString textFor(TargetKind kind, int count) const;
+    /// Waits until the application holds `expected`; says what is different otherwise.
+    [[nodiscard]] ::testing::AssertionResult holds(const QString& expected) const
+    {
+        if (desk.waitForText(expected))
+            return ::testing::AssertionSuccess();
+        const QString held = desk.text();
+        qsizetype same = 0;
+        while (same < held.size() && same < expected.size() && held[same] == expected[same])
+            ++same;
+        return ::testing::AssertionFailure()
+               << held.size() << " units instead of " << expected.size() << "; after " << same
+               << " equal ones \"" << held.mid(same, 40).toStdString() << "\" instead of \""
+               << expected.mid(same, 40).toStdString() << "\"";
+    }
 
-    void setLocks(uint8_t modifiers);
-    [[nodiscard]] uint8_t locks();
-    void setGroup(uint8_t group);
-    /// A key does nothing but leave its modifier on for the next key.
-    void latch(uint8_t modifiers);
+    TypingDesk desk;
+};
 
-    QTemporaryDir folder;
-    RecordingLog log;
-    WatchedChord watched;
-    bool targetIsTerminal = false;
-    X11Keyboard keyboard{log, watched, [this] { return targetIsTerminal; }};
-    QtMainQueue queue;
-    X11Pasteboard pasteboard{queue};
-    TextInjector injector{keyboard, pasteboard, queue};
-    TestKeyboard person{TestKeyboard::Kind::hardware};
-    std::optional<harness::TargetApplication> target;
+/// For names of parametrised tests.
+[[nodiscard]] inline std::string nameOf(TargetKind kind)
+{
+    switch (kind) {
+    case TargetKind::terminal:
+        return "Terminal";
+    case TargetKind::qtField:
+        return "QtField";
+    case TargetKind::gtkField:
+        return "GtkField";
+    }
+    return {};
+}
+
+/// For every kind of application.
+class TypingEverywhereTest : public TypingTest, public ::testing::WithParamInterface<TargetKind> {
+protected:
+    void SetUp() override { desk.open(GetParam()); }
 };
 
 } // namespace corvandi::testing

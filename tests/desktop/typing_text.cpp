@@ -2,7 +2,7 @@
 
 #include <random>
 
-namespace corvandi::bench {
+namespace corvandi::testing {
 namespace {
 
 /// All printing characters of ASCII.
@@ -19,6 +19,11 @@ constexpr std::u32string_view extras = U"äöüßÄÖÜéèêàçñøåæœ„�
                                        U"\U0001F600\U0001F389\U0001F44D";
 
 } // namespace
+
+Lines linesOf(harness::TargetApplication::Kind kind)
+{
+    return kind == harness::TargetApplication::Kind::terminal ? Lines::several : Lines::one;
+}
 
 QString mixedText(int count, Lines lines)
 {
@@ -43,4 +48,4 @@ QString foreignCharacters(int count)
     return characters;
 }
 
-} // namespace corvandi::bench
+} // namespace corvandi::testing

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "harness/target_application.h"
+
 #include <QString>
 
-namespace corvandi::bench {
+namespace corvandi::testing {
 
 /// Whether the text may go over several lines; a field of one line takes no line breaks.
 enum class Lines { one, several };
+[[nodiscard]] Lines linesOf(harness::TargetApplication::Kind kind);
 
 /// `count` characters of all kinds, the same ones every time: everything on an American keyboard, accents,
 /// quotation marks, dashes, Chinese and pictures. Fewer distinct characters are missing on an American, a
@@ -15,4 +18,4 @@ enum class Lines { one, several };
 /// `count` different characters that no keyboard layout has.
 [[nodiscard]] QString foreignCharacters(int count);
 
-} // namespace corvandi::bench
+} // namespace corvandi::testing
