@@ -62,6 +62,7 @@ TEST_P(TypingConditionsTest, AModifierThatWaitsForTheNextKeyChangesNothing)
     const QString lower = QStringLiteral("lower ") + text;
     ASSERT_TRUE(desk.insert(lower));
     EXPECT_TRUE(holds(lower));
+    EXPECT_EQ(desk.accessibility(), keyboard_control::stickyKeys);
 }
 
 TEST_P(TypingConditionsTest, HelpsForThePersonsKeysDoNotTouchTheTextAndStay)

@@ -97,7 +97,7 @@ bool TypingDesk::setAccessibility(uint32_t controls) const
         return false;
     const auto& c = *present;
     constexpr uint32_t enabled = XCB_XKB_CONTROL_CONTROLS_ENABLED;
-    constexpr uint32_t options = XCB_XKB_BOOL_CTRL_ACCESS_X_KEYS;
+    constexpr uint32_t options = XCB_XKB_BOOL_CTRL_STICKY_KEYS;
     xcb_xkb_set_controls(connection.get(), XCB_XKB_ID_USE_CORE_KBD, 0, 0, 0, 0, 0, 0, 0, 0,
                          c.mouseKeysDfltBtn, c.groupsWrap, c.accessXOption | XCB_XKB_AX_OPTION_TWO_KEYS,
                          keyboard_control::all, controls, enabled | options, c.repeatDelay, c.repeatInterval,
