@@ -129,6 +129,18 @@ TEST_F(SpareKeysTest, AKeyboardWithoutEmptyKeysHasNoRoom)
     EXPECT_FALSE(keymap.neutralKey());
 }
 
+TEST(KeySymbols, AKeyIsAHeldModifierByItsMaskOrByItsSymbol)
+{
+    const Keymap keymap = smallKeymap();
+    EXPECT_TRUE(keymap.key(made::shift).isHeldModifier());
+    EXPECT_TRUE(keymap.key(made::control).isHeldModifier());
+    EXPECT_FALSE(keymap.key(made::numLock).isHeldModifier());
+    EXPECT_FALSE(keymap.key(made::a).isHeldModifier());
+    KeySymbols altGr = keymap.key(made::level3);
+    altGr.modifiers = x11_mask::none;
+    EXPECT_TRUE(altGr.isHeldModifier());
+}
+
 TEST(RangesToWrite, KeysThatAreTheSameEverywhereAreBridged)
 {
     const Keymap wanted = smallKeymap();

@@ -26,7 +26,7 @@ std::vector<uint8_t> heldModifierKeys(const X11Connection& connection, const Key
     for (int code = keymap.firstKeyCode(); code <= keymap.lastKeyCode(); ++code) {
         const bool isDown = (down->keys[code / 8] >> (code % 8)) & 1;
         const auto keyCode = static_cast<uint8_t>(code);
-        if (isDown && (keymap.key(keyCode).modifiers & ~lockModifiers) != 0)
+        if (isDown && keymap.key(keyCode).isHeldModifier())
             held.push_back(keyCode);
     }
     return held;

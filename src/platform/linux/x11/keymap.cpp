@@ -32,6 +32,15 @@ std::vector<uint32_t> holdingSymbols(uint8_t modifier)
     }
 }
 
+constexpr bool actsWhileDown(uint32_t symbol)
+{
+    const bool isClassic = symbol >= XKB_KEY_Shift_L && symbol <= XKB_KEY_Hyper_R;
+    const bool isLock = symbol == XKB_KEY_Caps_Lock || symbol == XKB_KEY_Shift_Lock;
+    const bool isLaterOne = symbol == XKB_KEY_ISO_Level3_Shift || symbol == XKB_KEY_ISO_Level5_Shift ||
+                            symbol == XKB_KEY_Mode_switch;
+    return (isClassic && !isLock) || isLaterOne;
+}
+
 } // namespace
 
 uint8_t KeyType::level(uint8_t held) const
@@ -48,6 +57,11 @@ bool KeySymbols::isEmpty() const
 {
     return modifiers == 0 && std::all_of(symbols.begin(), symbols.end(),
                                          [](uint32_t symbol) { return symbol == XKB_KEY_NoSymbol; });
+}
+
+bool KeySymbols::isHeldModifier() const
+{
+    return (modifiers & ~lockModifiers) != 0 || std::any_of(symbols.begin(), symbols.end(), actsWhileDown);
 }
 
 uint8_t KeySymbols::effectiveGroup(uint8_t group) const

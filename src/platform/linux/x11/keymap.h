@@ -44,6 +44,9 @@ struct KeySymbols {
     [[nodiscard]] uint8_t groupCount() const { return groupInfo & 0x0F; }
     /// No symbol and no modifier: pressing it means nothing to any program.
     [[nodiscard]] bool isEmpty() const;
+    /// It changes what other keys mean while it is down. Layouts give some keys this effect without making
+    /// them one of the server's modifiers: AltGr usually.
+    [[nodiscard]] bool isHeldModifier() const;
     /// The group that counts on this key while `group` is the keyboard's.
     [[nodiscard]] uint8_t effectiveGroup(uint8_t group) const;
     /// The symbol at a level of an existing group; 0 (no symbol) beyond the key's levels.

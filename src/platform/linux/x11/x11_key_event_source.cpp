@@ -20,6 +20,7 @@ X11KeyEventSource::X11KeyEventSource(const X11Connection& connection, Keymap key
     , frontmostIsTerminal_(std::move(frontmostIsTerminal))
     , suspendedLocks_(static_cast<uint8_t>(state.locked & ~x11_mask::numLock))
 {
+    suspendHelps();
     letModifiersGo(state);
 }
 
@@ -29,7 +30,18 @@ X11KeyEventSource::~X11KeyEventSource()
         post({down_.back().virtualKey, KeyDirection::up, 0, {}});
     if (suspendedLocks_)
         setLocks(connection_, suspendedLocks_, suspendedLocks_);
+    if (suspendedHelps_)
+        setHelps(connection_, *suspendedHelps_);
     connection_.flush();
+}
+
+void X11KeyEventSource::suspendHelps()
+{
+    const auto helps = readHelps(connection_);
+    if (!helps || *helps == harmless(*helps))
+        return;
+    suspendedHelps_ = helps;
+    setHelps(connection_, harmless(*helps));
 }
 
 void X11KeyEventSource::letModifiersGo(const KeyboardState& state)

@@ -2,18 +2,20 @@
 
 #include "platform/keyboard.h"
 #include "platform/linux/x11/character_map.h"
+#include "platform/linux/x11/keyboard_helps.h"
 #include "platform/linux/x11/keyboard_state.h"
 #include "platform/linux/x11/watched_chord.h"
 #include "platform/linux/x11/x11_connection.h"
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace corvandi {
 
 /// Plays keys on the server's keyboard for synthetic keys, on a keymap that bears every character of the
-/// text. While it lives, held modifiers are let go, and CapsLock (and other locks, but for NumLock) is
-/// off.
+/// text. While it lives, held modifiers are let go, CapsLock (and other locks, but for NumLock) is off, and
+/// so are the server's helps that would swallow typed keys.
 ///
 /// Keys are queued and sent when the queue is full, and all at the end; nothing is waited for.
 class X11KeyEventSource : public KeyEventSource {
@@ -39,6 +41,7 @@ private:
         Stroke stroke;
     };
 
+    void suspendHelps();
     void letModifiersGo(const KeyboardState& state);
     void play(uint8_t keyCode, KeyDirection direction);
     void type(const std::u16string& text);
@@ -53,6 +56,8 @@ private:
     WatchedChord& watched_;
     Question frontmostIsTerminal_;
     uint8_t suspendedLocks_;
+    /// As they were, while they are off.
+    std::optional<KeyboardHelps> suspendedHelps_;
     std::vector<HeldKey> down_;
 };
 

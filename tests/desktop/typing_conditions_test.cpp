@@ -1,0 +1,118 @@
+// Texts arrive as they are in whatever state a person's keyboard is.
+
+#include "typing_fixture.h"
+
+#include "platform/linux/x11/keyboard_state.h"
+#include "support/event_loop.h"
+
+#include <array>
+
+namespace corvandi::testing {
+namespace {
+
+using namespace std::chrono_literals;
+
+const QString sentence = QStringLiteral("Größe „Zwölf“: 7 yellow llamas – WITH Ça & 你好 😀! ");
+
+class TypingConditionsTest : public TypingEverywhereTest {
+protected:
+    /// Some sentences: long enough to be under way for a while.
+    const QString text = sentence.repeated(5);
+};
+
+INSTANTIATE_TEST_SUITE_P(Everywhere, TypingConditionsTest,
+                         ::testing::Values(TargetKind::terminal, TargetKind::gtkField, TargetKind::qtField),
+                         [](const auto& test) { return nameOf(test.param); });
+
+TEST_P(TypingConditionsTest, AnotherLayoutBetweenTwoTextsTakesNothingAway)
+{
+    QString expected;
+    for (const char* layout : {"us", "de", "fr", "us"}) {
+        ASSERT_TRUE(setLayout(QLatin1String(layout)));
+        ASSERT_TRUE(desk.insert(text));
+        EXPECT_TRUE(holds(expected += text)) << layout;
+    }
+}
+
+TEST_P(TypingConditionsTest, TheGroupInUseMayChangeBetweenTwoTexts)
+{
+    ASSERT_TRUE(setLayout(QStringLiteral("us,de")));
+    QString expected;
+    for (const uint8_t group : std::array<uint8_t, 3>{0, 1, 0}) {
+        desk.setGroup(group);
+        ASSERT_TRUE(desk.insert(text));
+        EXPECT_TRUE(holds(expected += text)) << int{group};
+    }
+}
+
+TEST_P(TypingConditionsTest, NumLockAndCapsLockChangeNothingAndStay)
+{
+    constexpr uint8_t both = x11_mask::lock | x11_mask::numLock;
+    desk.setLocks(both);
+    ASSERT_TRUE(desk.insert(text));
+    EXPECT_TRUE(holds(text));
+    EXPECT_EQ(desk.locks(), both);
+}
+
+TEST_P(TypingConditionsTest, AModifierThatWaitsForTheNextKeyChangesNothing)
+{
+    ASSERT_TRUE(desk.setAccessibility(keyboard_control::stickyKeys));
+    desk.person().strike(key::leftShift);
+    ASSERT_EQ(readState(desk.person().connection())->latched, x11_mask::shift);
+    const QString lower = QStringLiteral("lower ") + text;
+    ASSERT_TRUE(desk.insert(lower));
+    EXPECT_TRUE(holds(lower));
+    EXPECT_EQ(desk.accessibility(), keyboard_control::stickyKeys);
+}
+
+TEST_P(TypingConditionsTest, HelpsForThePersonsKeysDoNotTouchTheTextAndStay)
+{
+    ASSERT_TRUE(desk.setAccessibility(keyboard_control::all));
+    ASSERT_TRUE(desk.insert(text));
+    EXPECT_TRUE(holds(text));
+    EXPECT_EQ(desk.accessibility(), keyboard_control::all);
+}
+
+struct HeldKey {
+    const char* name;
+    uint8_t keyCode;
+};
+
+class TypingWhileHeldTest : public TypingTest,
+                            public ::testing::WithParamInterface<std::tuple<TargetKind, HeldKey>> {
+protected:
+    void SetUp() override
+    {
+        // Here the right Alt key is AltGr.
+        ASSERT_TRUE(setLayout(QStringLiteral("de")));
+        desk.open(std::get<TargetKind>(GetParam()));
+    }
+
+    const uint8_t held = std::get<HeldKey>(GetParam()).keyCode;
+    const QString text = sentence.repeated(5);
+};
+
+INSTANTIATE_TEST_SUITE_P(
+    Everywhere, TypingWhileHeldTest,
+    ::testing::Combine(::testing::Values(TargetKind::terminal, TargetKind::gtkField, TargetKind::qtField),
+                       ::testing::Values(HeldKey{"Alt", key::leftAlt}, HeldKey{"Control", key::leftControl},
+                                         HeldKey{"Shift", key::leftShift}, HeldKey{"Super", key::leftSuper},
+                                         HeldKey{"AltGr", 108})),
+    [](const auto& test) {
+        return nameOf(std::get<TargetKind>(test.param)) + '_' + std::get<HeldKey>(test.param).name;
+    });
+
+TEST_P(TypingWhileHeldTest, NothingBecomesAShortcutOrACapital)
+{
+    desk.person().press(held);
+    ASSERT_TRUE(desk.insert(text));
+    EXPECT_TRUE(holds(text));
+    desk.person().release(held);
+    // No menu has been opened either: the next text arrives as well.
+    ASSERT_TRUE(desk.insert(text));
+    EXPECT_TRUE(holds(text + text));
+    EXPECT_EQ(readState(desk.person().connection())->held, x11_mask::none);
+}
+
+} // namespace
+} // namespace corvandi::testing
