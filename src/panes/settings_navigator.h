@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QObject>
+
+namespace corvandi {
+
+/// The pages of the settings window, in their order.
+enum class SettingsPane { general, vocabulary, history, permissions };
+
+/// Says which page of the settings window is shown. One per process.
+///
+/// Thread: main thread only.
+class SettingsNavigator : public QObject {
+    Q_OBJECT
+
+public:
+    [[nodiscard]] SettingsPane pane() const { return pane_; }
+    /// Notifies only when the page really changes.
+    void setPane(SettingsPane pane);
+
+Q_SIGNALS:
+    void paneChanged();
+
+private:
+    SettingsPane pane_ = SettingsPane::general;
+};
+
+} // namespace corvandi
