@@ -3,6 +3,8 @@
 #include "platform/capture_authorization.h"
 #include "platform/workspace.h"
 
+#include <utility>
+
 namespace corvandi::testing {
 
 /// A session whose frontmost application the test sets.
@@ -20,11 +22,26 @@ class FakeCaptureAuthorization : public CaptureAuthorization {
 public:
     AuthorizationStatus present = AuthorizationStatus::authorized;
 
+    /// Otherwise a request waits for `answer`.
+    bool answersAtOnce = true;
+    int requests = 0;
+
     [[nodiscard]] AuthorizationStatus status() override { return present; }
     void requestAccess(std::function<void(bool granted)> answered) override
     {
-        answered(present == AuthorizationStatus::authorized);
+        ++requests;
+        pending_ = std::move(answered);
+        if (answersAtOnce)
+            answer(present == AuthorizationStatus::authorized);
     }
+    void answer(bool granted = true)
+    {
+        if (const auto answered = std::exchange(pending_, nullptr))
+            answered(granted);
+    }
+
+private:
+    std::function<void(bool granted)> pending_;
 };
 
 } // namespace corvandi::testing
