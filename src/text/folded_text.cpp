@@ -85,7 +85,6 @@ void FoldedText::append(const FoldedText& source, std::size_t begin, std::size_t
     const auto shift = static_cast<std::int32_t>(text_.size()) - from;
     text_.append(QStringView(source.text_).mid(from, source.origins_[end] - from));
     folding_.append(source.folding_, begin, end - begin);
-    origins_.reserve(folding_.size() + 1);
     for (std::size_t i = begin + 1; i <= end; ++i)
         origins_.push_back(source.origins_[i] == insideCharacter ? insideCharacter
                                                                  : source.origins_[i] + shift);

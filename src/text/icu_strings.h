@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringView>
 
 #include <unicode/unistr.h>
 
@@ -15,7 +16,8 @@ namespace corvandi {
 
 [[nodiscard]] inline QString fromIcu(const icu::UnicodeString& text)
 {
-    return QString::fromUtf16(text.getBuffer(), text.length());
+    // Not fromUtf16(), which takes a byte order mark away.
+    return QStringView(text.getBuffer(), text.length()).toString();
 }
 
 } // namespace corvandi

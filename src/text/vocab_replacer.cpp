@@ -12,8 +12,8 @@ namespace {
 
 using Matches = std::vector<Phrase::Match>;
 
-/// Rules that each double the text would fill the memory; no dictation comes near this many units.
-constexpr qsizetype longestGrownText = 1 << 20;
+/// Rules that each double the text would fill the memory. This many units are hours of speech.
+constexpr qsizetype longestGrownText = 1 << 18;
 
 /// A rule that is made ready when it is first needed.
 class CompiledRule {
@@ -86,8 +86,6 @@ VocabReplacer::~VocabReplacer() = default;
 
 QString VocabReplacer::apply(const std::vector<VocabRule>& rules, const QString& text)
 {
-    if (rules.empty())
-        return text;
     if (!compiled_ || compiled_->rules != rules)
         compiled_ = std::make_unique<Compiled>(rules);
     FoldedText result(withValidSurrogates(text));
