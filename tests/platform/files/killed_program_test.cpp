@@ -1,7 +1,5 @@
 #include "store_fixture.h"
 
-#include "storage/history_file.h"
-
 #include <sys/wait.h>
 #include <unistd.h>
 

@@ -1,12 +1,15 @@
 #include "store_fixture.h"
 
 #include "storage/history_file.h"
+#include "support/history_bytes.h"
 
 #include <chrono>
 #include <cstdio>
 
 namespace corvandi {
 namespace {
+
+using testing::historyBytes;
 
 using std::chrono::steady_clock;
 
@@ -19,7 +22,7 @@ protected:
             written.push_back({QUuid::createUuid(), QString(charactersEach, QLatin1Char('a')), {0.5}});
         PosixFileSystem files;
         files.createDirectory(directory);
-        files.writeAtomically(history, encodedHistory(written));
+        files.writeAtomically(history, historyBytes(written));
     }
     void expectStart(size_t entries)
     {
