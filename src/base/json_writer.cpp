@@ -15,6 +15,7 @@ namespace {
 /// The first whole number that a double shares with a neighbour.
 constexpr double exactIntegerLimit = 9'007'199'254'740'992.0;
 
+constexpr UChar32 firstBeyondAscii = 0x80;
 constexpr UChar32 replacementCharacter = 0xFFFD;
 
 /// The letter behind the backslash in a control character's short form; 0 for one that has none.
@@ -39,61 +40,33 @@ char shortEscape(UChar32 character)
     }
 }
 
-/// Collects small pieces, since appending each to the document would take most of the time.
-class StringContent {
-public:
-    explicit StringContent(QByteArray& json)
-        : json_(json)
-    {
-    }
+void appendEscaped(QByteArray& json, UChar32 character)
+{
+    constexpr const char* digits = "0123456789abcdef";
+    json.append('\\');
+    if (const char letter = shortEscape(character))
+        json.append(letter);
+    else
+        json.append("u00").append(digits[character >> 4]).append(digits[character & 0xF]);
+}
 
-    void append(UChar32 character)
-    {
-        if (filled_ > chunk_.size() - longestForm)
-            flush();
-        if (character == '"' || character == '\\' || character < ' ')
-            appendEscaped(character);
-        else if (character < 0x80)
-            put(static_cast<char>(character));
-        else
-            appendUtf8(U_IS_SURROGATE(character) ? replacementCharacter : character);
-    }
+void appendUtf8(QByteArray& json, UChar32 character)
+{
+    std::array<uint8_t, U8_MAX_LENGTH> bytes{};
+    qsizetype length = 0;
+    U8_APPEND_UNSAFE(bytes, length, character);
+    json.append(reinterpret_cast<const char*>(bytes.data()), length);
+}
 
-    void flush()
-    {
-        json_.append(chunk_.data(), static_cast<qsizetype>(filled_));
-        filled_ = 0;
-    }
-
-private:
-    void put(char c) { chunk_[filled_++] = c; }
-
-    void appendEscaped(UChar32 character)
-    {
-        constexpr const char* digits = "0123456789abcdef";
-        put('\\');
-        if (const char letter = shortEscape(character)) {
-            put(letter);
-            return;
-        }
-        for (const char c : {'u', '0', '0', digits[character >> 4], digits[character & 0xF]})
-            put(c);
-    }
-
-    void appendUtf8(UChar32 character)
-    {
-        std::array<uint8_t, U8_MAX_LENGTH> bytes{};
-        size_t length = 0;
-        U8_APPEND_UNSAFE(bytes, length, character);
-        for (size_t i = 0; i < length; ++i)
-            put(static_cast<char>(bytes[i]));
-    }
-
-    static constexpr size_t longestForm = sizeof("\\u0000") - 1;
-    QByteArray& json_;
-    std::array<char, 1024> chunk_;
-    size_t filled_ = 0;
-};
+void appendCharacter(QByteArray& json, UChar32 character)
+{
+    if (character == '"' || character == '\\' || character < ' ')
+        appendEscaped(json, character);
+    else if (character < firstBeyondAscii)
+        json.append(static_cast<char>(character));
+    else
+        appendUtf8(json, U_IS_SURROGATE(character) ? replacementCharacter : character);
+}
 
 } // namespace
 
@@ -107,15 +80,14 @@ void JsonWriter::key(const char* name)
 void JsonWriter::value(QStringView text)
 {
     separate();
+    json_.reserve(json_.size() + text.size() + 2);
     json_.append('"');
-    StringContent content(json_);
     const char16_t* units = text.utf16();
     for (qsizetype i = 0; i < text.size();) {
         UChar32 character = 0;
         U16_NEXT(units, i, text.size(), character);
-        content.append(character);
+        appendCharacter(json_, character);
     }
-    content.flush();
     json_.append('"');
 }
 

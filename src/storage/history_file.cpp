@@ -14,19 +14,30 @@ HistoryEntry readEntry(const Json& object)
 
 } // namespace
 
-QByteArray encodedHistory(const std::vector<HistoryEntry>& history)
+QByteArray encodedEntry(const HistoryEntry& entry)
 {
     JsonWriter writer;
-    writer.beginArray();
-    for (const HistoryEntry& entry : history) {
-        writer.beginObject();
-        writer.member("id", entry.id);
-        writer.member("text", entry.text);
-        writer.member("date", entry.date.secondsSinceReference);
-        writer.endObject();
-    }
-    writer.endArray();
+    writer.beginObject();
+    writer.member("id", entry.id);
+    writer.member("text", entry.text);
+    writer.member("date", entry.date.secondsSinceReference);
+    writer.endObject();
     return writer.json();
+}
+
+QByteArray encodedHistory(const std::vector<QByteArray>& entries)
+{
+    qsizetype size = 2;
+    for (const QByteArray& entry : entries)
+        size += entry.size() + 1;
+    QByteArray json;
+    json.reserve(size);
+    json.append('[');
+    for (const QByteArray& entry : entries)
+        json.append(entry).append(',');
+    if (!entries.empty())
+        json.chop(1);
+    return json.append(']');
 }
 
 std::vector<HistoryEntry> decodedHistory(const QByteArray& bytes)

@@ -2,10 +2,7 @@
 
 #include "base/error.h"
 #include "storage/history_file.h"
-#include "storage/text_search.h"
 #include "text/trimming.h"
-
-#include <algorithm>
 
 namespace corvandi {
 namespace {
@@ -41,20 +38,21 @@ void write(FileSystem& files, SystemLog& log, const QString& path, const QByteAr
 
 } // namespace
 
-Store::Store(const QString& directory, FileSystem& files, WorkQueue& queue, SystemLog& log, Locale locale)
+Store::Store(const QString& directory, FileSystem& files, WorkQueue& queue, SystemLog& log,
+             const Locale& locale)
     : historyPath_(directory + QStringLiteral("/history.json"))
     , vocabPath_(directory + QStringLiteral("/vocab.json"))
     , files_(files)
     , queue_(queue)
     , log_(log)
-    , locale_(std::move(locale))
+    , folding_(locale)
 {
     try {
         files_.createDirectory(directory);
     } catch (const std::exception& error) {
         log_.write(withReason(QStringLiteral("failed to create store directory"), error));
     }
-    history_ = load(historyPath_, decodedHistory);
+    history_ = History(folding_, load(historyPath_, decodedHistory));
     VocabBook::Decoded vocab = load(vocabPath_, decodedVocab);
     vocabBook_ = std::move(vocab.book);
     if (vocab.migrated)
@@ -63,37 +61,28 @@ Store::Store(const QString& directory, FileSystem& files, WorkQueue& queue, Syst
 
 void Store::addHistory(const QString& text, Date date)
 {
-    std::vector<HistoryEntry> changed;
-    changed.reserve(history_.size() + 1);
-    changed.push_back({QUuid::createUuid(), text, date});
-    changed.insert(changed.end(), history_.begin(), history_.end());
-    if (changed.size() > historyLimit)
-        changed.resize(historyLimit);
+    History changed = history_;
+    changed.add({QUuid::createUuid(), text, date});
+    changed.limit(historyLimit);
     commit(std::move(changed));
 }
 
 void Store::deleteHistory(const QUuid& id)
 {
-    std::vector<HistoryEntry> changed = history_;
-    std::erase_if(changed, [&id](const HistoryEntry& entry) { return entry.id == id; });
+    History changed = history_;
+    changed.remove(id);
     commit(std::move(changed));
 }
 
 void Store::clearHistory()
 {
-    commit(std::vector<HistoryEntry>());
+    commit(History(folding_));
 }
 
 std::vector<HistoryEntry> Store::listHistory(const std::optional<QString>& query) const
 {
     const QString wanted = trimmedOfSpacesAndTabs(query.value_or(QString()));
-    if (wanted.isEmpty())
-        return history_;
-    const TextSearch search(wanted, locale_);
-    std::vector<HistoryEntry> found;
-    std::ranges::copy_if(history_, std::back_inserter(found),
-                         [&search](const HistoryEntry& entry) { return search.isIn(entry.text); });
-    return found;
+    return wanted.isEmpty() ? history() : history_.containing(wanted);
 }
 
 std::vector<VocabRule> Store::rules(const VocabScope& scope) const
@@ -160,9 +149,9 @@ void Store::setAside(const QString& path)
     }
 }
 
-void Store::commit(std::vector<HistoryEntry> history)
+void Store::commit(History history)
 {
-    if (persist(historyPath_, [&history] { return encodedHistory(history); }))
+    if (persist(historyPath_, [&history] { return history.encode(); }))
         history_ = std::move(history);
 }
 

@@ -4,7 +4,7 @@
 #include "base/system_log.h"
 #include "platform/file_system.h"
 #include "platform/work_queue.h"
-#include "storage/history_entry.h"
+#include "storage/history.h"
 #include "text/vocab_book.h"
 
 #include <QByteArray>
@@ -35,7 +35,8 @@ public:
     /// aside with the suffix ".corrupt", and its part starts empty; a vocabulary of the earlier form is
     /// written anew at once. All of this waits for the disk. `locale` is the user's, for `listHistory`.
     /// The referees outlive the store; `files` and `log` also outlive what is done on `queue`.
-    Store(const QString& directory, FileSystem& files, WorkQueue& queue, SystemLog& log, Locale locale);
+    Store(const QString& directory, FileSystem& files, WorkQueue& queue, SystemLog& log,
+          const Locale& locale);
 
     /// Records `text` as the newest entry.
     void addHistory(const QString& text, Date date);
@@ -46,7 +47,7 @@ public:
     /// language compares.
     [[nodiscard]] std::vector<HistoryEntry> listHistory(const std::optional<QString>& query = {}) const;
     /// Newest first.
-    [[nodiscard]] const std::vector<HistoryEntry>& history() const { return history_; }
+    [[nodiscard]] const std::vector<HistoryEntry>& history() const { return history_.entries(); }
 
     /// A scope's list as stored; empty for an application without an entry.
     [[nodiscard]] std::vector<VocabRule> rules(const VocabScope& scope) const;
@@ -62,7 +63,7 @@ private:
     template<class Value>
     [[nodiscard]] Value load(const QString& path, Value (*decode)(const QByteArray&));
     void setAside(const QString& path);
-    void commit(std::vector<HistoryEntry> history);
+    void commit(History history);
     void commit(VocabBook book);
     /// Whether `encode` gave bytes; they are then on their way to the file.
     [[nodiscard]] bool persist(const QString& path, const std::function<QByteArray()>& encode);
@@ -72,8 +73,8 @@ private:
     FileSystem& files_;
     WorkQueue& queue_;
     SystemLog& log_;
-    Locale locale_;
-    std::vector<HistoryEntry> history_;
+    TextFolding folding_;
+    History history_{folding_};
     VocabBook vocabBook_;
 };
 

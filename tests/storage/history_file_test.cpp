@@ -1,5 +1,7 @@
 #include "storage/history_file.h"
 
+#include "support/history_bytes.h"
+
 #include "base/error.h"
 
 #include <gtest/gtest.h>
@@ -8,6 +10,8 @@
 
 namespace corvandi {
 namespace {
+
+using testing::historyBytes;
 
 const QUuid firstId = QUuid::fromString(QStringLiteral("0123abcd-4567-89ef-abcd-ef0123456789"));
 const QUuid secondId = QUuid::fromString(QStringLiteral("fedcba98-7654-4321-8fed-cba987654321"));
@@ -34,7 +38,7 @@ TEST(HistoryFile, IsACompactArrayInTheOrderOfTheList)
 {
     const std::vector<HistoryEntry> history{{firstId, QStringLiteral("Say \"hello\"/é\n😀"), {86400.5}},
                                             {secondId, QString(), {0}}};
-    EXPECT_EQ(encodedHistory(history),
+    EXPECT_EQ(historyBytes(history),
               "[{\"id\":\"0123ABCD-4567-89EF-ABCD-EF0123456789\",\"text\":\"Say \\\"hello\\\"/é\\n😀\","
               "\"date\":86400.5},"
               "{\"id\":\"FEDCBA98-7654-4321-8FED-CBA987654321\",\"text\":\"\",\"date\":0}]");
@@ -42,7 +46,7 @@ TEST(HistoryFile, IsACompactArrayInTheOrderOfTheList)
 
 TEST(HistoryFile, AnEmptyHistoryIsAnEmptyArray)
 {
-    EXPECT_EQ(encodedHistory({}), "[]");
+    EXPECT_EQ(historyBytes({}), "[]");
     EXPECT_TRUE(decodedHistory("[]").empty());
     EXPECT_TRUE(decodedHistory(" [\n] ").empty());
 }
@@ -51,7 +55,7 @@ TEST(HistoryFile, DatesAreSecondsSinceTheBeginningOf2001)
 {
     using std::chrono::system_clock;
     const Date unixEpoch = Date::fromTimePoint(system_clock::time_point());
-    EXPECT_EQ(encodedHistory({{firstId, QString(), unixEpoch}}),
+    EXPECT_EQ(historyBytes({{firstId, QString(), unixEpoch}}),
               "[{\"id\":\"0123ABCD-4567-89EF-ABCD-EF0123456789\",\"text\":\"\",\"date\":-978307200}]");
     EXPECT_EQ(decodedOne(id, text, "86400").at(0).date.secondsSinceUnixEpoch(), 978307200 + 86400);
 }
@@ -68,14 +72,14 @@ TEST(HistoryFile, EveryTextSurvives)
     std::vector<HistoryEntry> history;
     for (const QString& each : texts)
         history.push_back({QUuid::createUuid(), each, {0.25}});
-    EXPECT_EQ(decodedHistory(encodedHistory(history)), history);
+    EXPECT_EQ(decodedHistory(historyBytes(history)), history);
 }
 
 TEST(HistoryFile, AnEntryWithoutAPointInTimeCanNotBeEncoded)
 {
-    EXPECT_THROW((void)encodedHistory({{firstId, QString(), {std::numeric_limits<double>::quiet_NaN()}}}),
+    EXPECT_THROW((void)historyBytes({{firstId, QString(), {std::numeric_limits<double>::quiet_NaN()}}}),
                  Error);
-    EXPECT_THROW((void)encodedHistory({{firstId, QString(), {std::numeric_limits<double>::infinity()}}}),
+    EXPECT_THROW((void)historyBytes({{firstId, QString(), {std::numeric_limits<double>::infinity()}}}),
                  Error);
 }
 

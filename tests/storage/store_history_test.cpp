@@ -1,11 +1,14 @@
 #include "storage/history_file.h"
 #include "store_fixture.h"
+#include "support/history_bytes.h"
 
 #include <limits>
 #include <stdexcept>
 
 namespace corvandi {
 namespace {
+
+using testing::historyBytes;
 
 using ::testing::ElementsAre;
 using testing::FileOperation;
@@ -52,9 +55,9 @@ TEST_F(StoreHistoryTest, EveryEntryHasARandomIdentifierOfItsOwn)
 TEST_F(StoreHistoryTest, TheWholeHistoryIsWrittenAfterEveryChangeInTheOrderOfTheChanges)
 {
     add("one");
-    const QByteArray afterOne = encodedHistory(store.history());
+    const QByteArray afterOne = historyBytes(store.history());
     add("two");
-    const QByteArray afterTwo = encodedHistory(store.history());
+    const QByteArray afterTwo = historyBytes(store.history());
     store.clearHistory();
     ASSERT_EQ(queue.size(), 3U);
     for (const QByteArray& expected : {afterOne, afterTwo, QByteArray("[]")}) {
@@ -98,7 +101,7 @@ TEST_F(StoreHistoryTest, TheEntryBeyondTheLimitDropsTheOldest)
 TEST_F(StoreHistoryTest, AFileBeyondTheLimitIsCutWithTheNextEntry)
 {
     files.files[historyPath] =
-        encodedHistory(std::vector<HistoryEntry>(1500, {QUuid::createUuid(), QString(), {0}}));
+        historyBytes(std::vector<HistoryEntry>(1500, {QUuid::createUuid(), QString(), {0}}));
     Store& anew = start();
     EXPECT_EQ(anew.history().size(), 1500U);
     anew.addHistory(QStringLiteral("new"), {0});
@@ -109,9 +112,9 @@ TEST_F(StoreHistoryTest, AFileBeyondTheLimitIsCutWithTheNextEntry)
 TEST_F(StoreHistoryTest, DeletingRemovesEveryEntryWithTheIdentifier)
 {
     const QUuid twice = QUuid::createUuid();
-    files.files[historyPath] = encodedHistory({{twice, QStringLiteral("a"), {3}},
-                                               {QUuid::createUuid(), QStringLiteral("b"), {2}},
-                                               {twice, QStringLiteral("c"), {1}}});
+    files.files[historyPath] = historyBytes({{twice, QStringLiteral("a"), {3}},
+                                             {QUuid::createUuid(), QStringLiteral("b"), {2}},
+                                             {twice, QStringLiteral("c"), {1}}});
     Store& anew = start();
     anew.deleteHistory(twice);
     EXPECT_THAT(textsOf(anew.history()), ElementsAre(QStringLiteral("b")));

@@ -1,7 +1,9 @@
-#include "storage/text_search.h"
+#include "storage/text_folding.h"
 
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
+#include <unicode/unistr.h>
+#include <unicode/utf16.h>
 
 namespace corvandi {
 namespace {
@@ -23,34 +25,37 @@ icu::UnicodeString composed(const icu::UnicodeString& text)
     return U_SUCCESS(status) ? normalizer->normalize(text, status) : text;
 }
 
-bool isAccentAt(const icu::UnicodeString& text, int32_t index)
+bool isAccentAt(const QString& text, qsizetype index)
 {
-    return index < text.length() && u_getCombiningClass(text.char32At(index)) >= firstAccentClass;
+    if (index >= text.size())
+        return false;
+    UChar32 character = 0;
+    U16_NEXT(text.utf16(), index, text.size(), character);
+    return u_getCombiningClass(character) >= firstAccentClass;
 }
 
 } // namespace
 
-TextSearch::TextSearch(const QString& wanted, const Locale& locale)
-    : foldOptions_(foldOptionsFor(locale))
-    , wanted_(folded(wanted))
+TextFolding::TextFolding(const Locale& locale)
+    : options_(foldOptionsFor(locale))
 {
 }
 
-bool TextSearch::isIn(const QString& text) const
-{
-    const icu::UnicodeString searched = folded(text);
-    int32_t found = searched.indexOf(wanted_);
-    while (found >= 0 && isAccentAt(searched, found + wanted_.length()))
-        found = searched.indexOf(wanted_, found + 1);
-    return found >= 0;
-}
-
-icu::UnicodeString TextSearch::folded(const QString& text) const
+QString TextFolding::folded(const QString& text) const
 {
     constexpr UBool notTerminated = false;
     const icu::UnicodeString alias(notTerminated, text.utf16(), static_cast<int32_t>(text.size()));
     // Folding looks at single characters, and may leave letters that compose again.
-    return composed(composed(alias).foldCase(foldOptions_));
+    const icu::UnicodeString folded = composed(composed(alias).foldCase(options_));
+    return QString::fromUtf16(folded.getBuffer(), folded.length());
+}
+
+bool TextFolding::contains(const QString& foldedText, const QString& foldedPart)
+{
+    qsizetype found = foldedText.indexOf(foldedPart);
+    while (found >= 0 && isAccentAt(foldedText, found + foldedPart.size()))
+        found = foldedText.indexOf(foldedPart, found + 1);
+    return found >= 0;
 }
 
 } // namespace corvandi
