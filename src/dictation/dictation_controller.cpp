@@ -352,7 +352,7 @@ std::optional<QString> DictationController::currentTargetBundleID() const
 void DictationController::shutDown()
 {
     hotkey_.stop();
-    injector_.restorePasteboardNow();
+    injector_.finishNow();
 }
 
 } // namespace corvandi

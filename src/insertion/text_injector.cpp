@@ -1,5 +1,6 @@
 #include "insertion/text_injector.h"
 
+#include "base/awaitables.h"
 #include "insertion/typing_chunks.h"
 
 namespace corvandi {
@@ -9,6 +10,10 @@ using namespace std::chrono_literals;
 
 /// Time for the target to fetch the pasted text before the clipboard is given back.
 constexpr MainQueue::Duration restoreDelay = 1s;
+
+/// A timer that is due at once: work that is put onto the queue by itself may run before anything that comes
+/// from outside, a timer lets that have its turn.
+constexpr MainQueue::Duration turnForOtherWork = 0s;
 
 /// Posts key-down and key-up, changed by `prepare`; false, and nothing posted, when the source can't
 /// make them.
@@ -39,33 +44,58 @@ QCoro::Task<bool> TextInjector::insert(QString text, InsertionMethod method)
 {
     if (text.isEmpty())
         co_return false;
+    finishTyping();
     switch (method) {
     case InsertionMethod::type: {
-        if (type(text))
+        const bool typed = co_await type(text);
+        if (typed)
             co_return true;
         const bool pasted = co_await paste(text);
         co_return pasted;
     }
     case InsertionMethod::paste: {
         const bool pasted = co_await paste(text);
-        co_return pasted || type(text);
+        if (pasted)
+            co_return true;
+        const bool typed = co_await type(text);
+        co_return typed;
     }
     }
     co_return false;
 }
 
-bool TextInjector::type(const QString& text)
+QCoro::Task<bool> TextInjector::type(QString text)
 {
-    const auto source = keyboard_.createSource(text);
+    auto source = keyboard_.createSource(text);
     if (!source)
-        return false;
-    for (const std::u16string& chunk : typingChunks(text.toStdU16String())) {
-        const bool posted =
-            postKeyPair(*source, virtual_key::none, [&](SyntheticKeyEvent& event) { event.text = chunk; });
-        if (!posted)
-            return false;
+        co_return false;
+    typing_ = Typing{std::move(source), typingChunks(text.toStdU16String())};
+    bool isPosted = postNextChunk();
+    while (isPosted && typing_) {
+        co_await sleepFor(queue_, turnForOtherWork);
+        isPosted = postNextChunk();
     }
-    return true;
+    co_return isPosted;
+}
+
+/// False when the source can't make the events. Nothing is left to be typed after that, and after the last
+/// chunk.
+bool TextInjector::postNextChunk()
+{
+    if (!typing_)
+        return true;
+    const std::u16string& chunk = typing_->chunks[typing_->posted++];
+    const bool posted = postKeyPair(*typing_->source, virtual_key::none,
+                                    [&](SyntheticKeyEvent& event) { event.text = chunk; });
+    if (!posted || typing_->posted == typing_->chunks.size())
+        typing_.reset();
+    return posted;
+}
+
+void TextInjector::finishTyping()
+{
+    while (typing_)
+        (void)postNextChunk();
 }
 
 bool TextInjector::postCommandV()
@@ -103,8 +133,9 @@ QCoro::Task<std::optional<QString>> TextInjector::contentToRestore()
     co_return content;
 }
 
-void TextInjector::restorePasteboardNow()
+void TextInjector::finishNow()
 {
+    finishTyping();
     restoreTimer_.reset();
     if (loan_)
         restore();

@@ -11,6 +11,8 @@
 
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace corvandi {
 
@@ -24,11 +26,14 @@ public:
 
     /// Whether `text` was handed to the target. False for an empty text, and when neither way worked;
     /// a target that ignores the events still counts as reached.
+    ///
+    /// A long text is typed bit by bit, with other work of the main queue in between: all of it has been
+    /// posted when the task ends. If another text is inserted before that, the rest is posted first.
     [[nodiscard]] QCoro::Task<bool> insert(QString text, InsertionMethod method);
 
-    /// Gives the clipboard back now that a paste has borrowed, if its second is not over yet. For the
-    /// end of the program.
-    void restorePasteboardNow();
+    /// Posts what is left of a text that is being typed, and gives the clipboard back that a paste has
+    /// borrowed, if its second is not over yet. For the end of the program.
+    void finishNow();
 
 private:
     /// A clipboard that was borrowed for a paste.
@@ -37,7 +42,16 @@ private:
         int64_t changeCount;
     };
 
-    [[nodiscard]] bool type(const QString& text);
+    /// A text that is being typed: its source lets go of the keyboard when this goes.
+    struct Typing {
+        std::unique_ptr<KeyEventSource> source;
+        std::vector<std::u16string> chunks;
+        size_t posted = 0;
+    };
+
+    [[nodiscard]] QCoro::Task<bool> type(QString text);
+    [[nodiscard]] bool postNextChunk();
+    void finishTyping();
     [[nodiscard]] QCoro::Task<bool> paste(QString text);
     [[nodiscard]] bool postCommandV();
     [[nodiscard]] QCoro::Task<std::optional<QString>> contentToRestore();
@@ -46,6 +60,7 @@ private:
     Keyboard& keyboard_;
     Pasteboard& pasteboard_;
     MainQueue& queue_;
+    std::optional<Typing> typing_;
     std::optional<Loan> loan_;
     std::unique_ptr<Timer> restoreTimer_;
 };

@@ -36,8 +36,10 @@ public:
     [[nodiscard]] virtual std::optional<SyntheticKeyEvent> makeKeyEvent(uint16_t virtualKey,
                                                                         KeyDirection direction) = 0;
     /// Sends the event to whatever has the keyboard focus, behind those posted before. Delivery is not
-    /// confirmed, and the receiving application is never waited for. The V key with Command means the
-    /// platform's paste shortcut: an adapter posts what the frontmost application takes for it.
+    /// confirmed, and the receiving application is never waited for; the window system may be, for a few
+    /// milliseconds, so that a long text is better posted in several turns of the main queue. The V key with
+    /// Command means the platform's paste shortcut: an adapter posts what the frontmost application takes for
+    /// it.
     virtual void post(const SyntheticKeyEvent& event) = 0;
 };
 

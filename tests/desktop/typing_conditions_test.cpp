@@ -114,5 +114,21 @@ TEST_P(TypingWhileHeldTest, NothingBecomesAShortcutOrACapital)
     EXPECT_EQ(readState(desk.person().connection())->held, x11_mask::none);
 }
 
+TEST_P(TypingWhileHeldTest, WhatIsPressedBetweenTwoPartsOfALongTextDoesNotReachTheRest)
+{
+    const QString longText = sentence.repeated(8);
+    const auto inserted = desk.begin(longText);
+    // The server has dealt with the first part when this has been answered.
+    bool areFree = false;
+    const auto registration = desk.keyboard().whenKeysAreFree([&] { areFree = true; });
+    ASSERT_TRUE(areFree);
+    desk.person().press(held);
+    ASSERT_TRUE(waitUntil([&] { return inserted->has_value(); }));
+    desk.person().release(held);
+    ASSERT_TRUE(desk.insert(text));
+    EXPECT_TRUE(holds(longText + text));
+    EXPECT_EQ(readState(desk.person().connection())->held, x11_mask::none);
+}
+
 } // namespace
 } // namespace corvandi::testing

@@ -48,10 +48,16 @@ QString TypingDesk::text() const
     return QString::fromStdString(target_->text()).replace(QLatin1Char('\r'), QLatin1Char('\n'));
 }
 
+std::shared_ptr<std::optional<bool>> TypingDesk::begin(const QString& text, InsertionMethod method)
+{
+    auto result = std::make_shared<std::optional<bool>>();
+    const auto task = store(injector_.insert(text, method), result);
+    return result;
+}
+
 bool TypingDesk::insert(const QString& text, InsertionMethod method)
 {
-    const auto result = std::make_shared<std::optional<bool>>();
-    const auto task = store(injector_.insert(text, method), result);
+    const auto result = begin(text, method);
     return waitUntil([&] { return result->has_value(); }, patience) && **result;
 }
 

@@ -10,6 +10,7 @@
 
 #include <QTemporaryDir>
 
+#include <memory>
 #include <optional>
 
 namespace corvandi::testing {
@@ -38,6 +39,9 @@ public:
     /// What the application holds, a line break as U+000A.
     [[nodiscard]] QString text() const;
 
+    /// Begins to insert; what is returned tells whether the text was handed over, when that is known.
+    [[nodiscard]] std::shared_ptr<std::optional<bool>> begin(const QString& text,
+                                                             InsertionMethod method = InsertionMethod::type);
     /// Inserts, with the event loop running; whether the text was handed over.
     [[nodiscard]] bool insert(const QString& text, InsertionMethod method = InsertionMethod::type);
     /// Waits, with the event loop running, until the application holds exactly `expected`; false when it

@@ -22,7 +22,7 @@ constexpr std::u32string_view extras = U"äöüßÄÖÜéèêàçñøåæœ„�
 
 Lines linesOf(harness::TargetApplication::Kind kind)
 {
-    return kind == harness::TargetApplication::Kind::terminal ? Lines::several : Lines::one;
+    return kind == harness::TargetApplication::Kind::qtField ? Lines::one : Lines::several;
 }
 
 QString mixedText(int count, Lines lines)

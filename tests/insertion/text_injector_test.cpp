@@ -48,17 +48,59 @@ TEST_F(TextInjectorTest, AnEmptyTextIsNotInsertedAndPostsNothing)
     EXPECT_EQ(pasteboard.changes, 0);
 }
 
-TEST_F(TextInjectorTest, TypingPostsAKeyDownAndAKeyUpWithTheChunkForEachChunk)
+/// A text of two events that is being typed.
+class LongTextTest : public TextInjectorTest {
+protected:
+    const QString text = QString(25, QLatin1Char('a'));
+    const std::u16string twenty = std::u16string(20, u'a');
+    const std::u16string five = std::u16string(5, u'a');
+    const std::vector<SyntheticKeyEvent> firstPair{{0, KeyDirection::down, 0, twenty},
+                                                   {0, KeyDirection::up, 0, twenty}};
+    const std::vector<SyntheticKeyEvent> bothPairs{{0, KeyDirection::down, 0, twenty},
+                                                   {0, KeyDirection::up, 0, twenty},
+                                                   {0, KeyDirection::down, 0, five},
+                                                   {0, KeyDirection::up, 0, five}};
+    std::optional<bool> result;
+    const QCoro::Task<> task = store(injector.insert(text, InsertionMethod::type), result);
+};
+
+TEST_F(LongTextTest, IsPostedAsAKeyDownAndAKeyUpForEachChunkWithTimeForOtherWorkInBetween)
 {
-    EXPECT_TRUE(insert(QString(25, QLatin1Char('a')), InsertionMethod::type));
-    const std::u16string twenty(20, u'a');
-    const std::u16string five(5, u'a');
-    EXPECT_EQ(keyboard.posted, (std::vector<SyntheticKeyEvent>{
-                                   {0, KeyDirection::down, 0, twenty},
-                                   {0, KeyDirection::up, 0, twenty},
-                                   {0, KeyDirection::down, 0, five},
-                                   {0, KeyDirection::up, 0, five},
-                               }));
+    EXPECT_EQ(keyboard.posted, firstPair);
+    EXPECT_FALSE(result);
+    queue.drain();
+    EXPECT_EQ(keyboard.posted, bothPairs);
+    EXPECT_EQ(result, true);
+    EXPECT_EQ(keyboard.sources, 0);
+}
+
+TEST_F(LongTextTest, IsPostedToItsEndBeforeAnotherOne)
+{
+    EXPECT_TRUE(insert(QStringLiteral("b"), InsertionMethod::type));
+    EXPECT_EQ(keyboard.typed(), text + QLatin1Char('b'));
+    queue.drain();
+    EXPECT_EQ(keyboard.typed(), text + QLatin1Char('b'));
+    EXPECT_EQ(result, true);
+}
+
+TEST_F(LongTextTest, IsPostedToItsEndAtTheEndOfTheProgram)
+{
+    injector.finishNow();
+    EXPECT_EQ(keyboard.posted, bothPairs);
+    EXPECT_EQ(keyboard.sources, 0);
+    queue.drain();
+    EXPECT_EQ(keyboard.posted, bothPairs);
+    EXPECT_EQ(result, true);
+}
+
+TEST_F(LongTextTest, IsPastedWholeWhenItsEventsCannotBeMadeAnyMore)
+{
+    keyboard.eventsLeft = 1;
+    queue.drain();
+    EXPECT_EQ(pasteboard.text(), text);
+    EXPECT_EQ(keyboard.posted, firstPair);
+    EXPECT_EQ(result, false);
+    EXPECT_EQ(keyboard.sources, 0);
 }
 
 TEST_F(TextInjectorTest, TypingLeavesTheClipboardAlone)
@@ -175,10 +217,10 @@ TEST_F(TextInjectorTest, AtTheEndOfTheProgramTheClipboardIsGivenBackAtOnce)
 {
     pasteboard.copyFromOutside(QStringLiteral("abc"));
     EXPECT_TRUE(insert(hello, InsertionMethod::paste));
-    injector.restorePasteboardNow();
+    injector.finishNow();
     EXPECT_EQ(pasteboard.text(), QStringLiteral("abc"));
     EXPECT_EQ(queue.timerCount(), 0U);
-    injector.restorePasteboardNow();
+    injector.finishNow();
     EXPECT_EQ(pasteboard.text(), QStringLiteral("abc"));
 }
 

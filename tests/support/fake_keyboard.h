@@ -14,6 +14,8 @@ public:
     bool refusesText = false;
     /// How many events the sources can still make; unlimited by default.
     size_t eventsLeft = SIZE_MAX;
+    /// How many sources hold the keyboard.
+    int sources = 0;
     bool keysAreFree = true;
     std::vector<SyntheticKeyEvent> posted;
     std::function<void()> onPost;
@@ -60,7 +62,9 @@ private:
         explicit Source(FakeKeyboard& owner)
             : owner_(owner)
         {
+            ++owner_.sources;
         }
+        ~Source() override { --owner_.sources; }
         [[nodiscard]] std::optional<SyntheticKeyEvent> makeKeyEvent(uint16_t virtualKey,
                                                                     KeyDirection direction) override
         {

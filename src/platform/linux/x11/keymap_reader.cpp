@@ -66,17 +66,39 @@ std::vector<KeySymbols> readKeys(const xcb_xkb_get_map_reply_t& reply, const xcb
     return keys;
 }
 
-} // namespace
-
-std::optional<Keymap> readKeymap(const X11Connection& connection, uint16_t device)
+xcb_xkb_get_map_cookie_t askForKeymap(const X11Connection& connection, uint16_t device)
 {
-    const auto cookie = xcb_xkb_get_map(connection.get(), device, wantedParts, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
-                                        0, 0, 0, 0, 0, 0);
-    const auto reply = owned(xcb_xkb_get_map_reply(connection.get(), cookie, nullptr));
+    return xcb_xkb_get_map(connection.get(), device, wantedParts, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+                           0);
+}
+
+std::optional<Keymap> answer(const X11Connection& connection, xcb_xkb_get_map_cookie_t question)
+{
+    const auto reply = owned(xcb_xkb_get_map_reply(connection.get(), question, nullptr));
     if (!reply)
         return std::nullopt;
     const auto map = unpack(*reply);
     return Keymap(reply->firstKeySym, readTypes(*reply, map), readKeys(*reply, map));
+}
+
+} // namespace
+
+std::optional<Keymap> readKeymap(const X11Connection& connection, uint16_t device)
+{
+    return answer(connection, askForKeymap(connection, device));
+}
+
+std::vector<Keymap> readKeymaps(const X11Connection& connection, const std::vector<uint16_t>& devices)
+{
+    std::vector<xcb_xkb_get_map_cookie_t> questions;
+    for (const uint16_t device : devices)
+        questions.push_back(askForKeymap(connection, device));
+    std::vector<Keymap> keymaps;
+    for (const auto& question : questions) {
+        if (auto keymap = answer(connection, question))
+            keymaps.push_back(std::move(*keymap));
+    }
+    return keymaps;
 }
 
 } // namespace corvandi

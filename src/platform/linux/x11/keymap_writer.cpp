@@ -80,14 +80,10 @@ xcb_void_cookie_t writeRange(const X11Connection& connection, const KeyRange& ra
 
 std::vector<Keymap> allKeymaps(const X11Connection& connection)
 {
-    std::vector<Keymap> keymaps;
-    if (auto master = readKeymap(connection, XCB_XKB_ID_USE_CORE_KBD))
-        keymaps.push_back(std::move(*master));
-    for (const KeyboardDevice& device : slaveKeyboards(connection)) {
-        if (auto keymap = readKeymap(connection, device.id))
-            keymaps.push_back(std::move(*keymap));
-    }
-    return keymaps;
+    std::vector<uint16_t> devices{XCB_XKB_ID_USE_CORE_KBD};
+    for (const KeyboardDevice& device : slaveKeyboards(connection))
+        devices.push_back(device.id);
+    return readKeymaps(connection, devices);
 }
 
 } // namespace

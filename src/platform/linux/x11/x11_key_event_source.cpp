@@ -7,6 +7,7 @@
 #include "platform/linux/x11/xtest_keys.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace corvandi {
 
@@ -18,7 +19,6 @@ X11KeyEventSource::X11KeyEventSource(const X11Connection& connection, Keymap key
     , characters_(std::move(characters))
     , watched_(watched)
     , frontmostIsTerminal_(std::move(frontmostIsTerminal))
-    , suspendedLocks_(static_cast<uint8_t>(state.locked & ~x11_mask::numLock))
 {
     suspendHelps();
     letModifiersGo(state);
@@ -59,7 +59,9 @@ void X11KeyEventSource::letModifiersGo(const KeyboardState& state)
         for (const uint8_t key : heldModifierKeys(connection_, keymap_))
             play(key, KeyDirection::up);
     }
-    if (suspendedLocks_ || state.latched)
+    const auto locks = static_cast<uint8_t>(state.locked & ~x11_mask::numLock);
+    suspendedLocks_ = static_cast<uint8_t>(suspendedLocks_ | locks);
+    if (locks || state.latched)
         setLocks(connection_, suspendedLocks_, x11_mask::none);
 }
 
@@ -97,8 +99,14 @@ void X11KeyEventSource::post(const SyntheticKeyEvent& event)
 
 void X11KeyEventSource::type(const std::u16string& text)
 {
+    // The answer comes when the server has dealt with the text before, so that never more than one is on
+    // its way: sending would have to wait much longer once the connection is full.
+    const auto state = std::exchange(hasTyped_, true) ? readState(connection_) : std::nullopt;
+    if (state)
+        letModifiersGo(*state);
     for (const KeyAction& action : planText(typedCharacters(text), characters_, keymap_))
         play(action.keyCode, action.direction);
+    connection_.flush();
 }
 
 void X11KeyEventSource::press(const SyntheticKeyEvent& event)

@@ -17,7 +17,9 @@ namespace corvandi {
 /// text. While it lives, held modifiers are let go, CapsLock (and other locks, but for NumLock) is off, and
 /// so are the server's helps that would swallow typed keys.
 ///
-/// Keys are queued and sent when the queue is full, and all at the end; nothing is waited for.
+/// A text is sent at once, and waits until the server has dealt with the one before (a millisecond for the
+/// usual 20 units); modifiers that a person has pressed meanwhile are let go then. Other keys are sent at
+/// the end at the latest.
 class X11KeyEventSource : public KeyEventSource {
 public:
     using Question = std::function<bool()>;
@@ -55,7 +57,8 @@ private:
     CharacterMap characters_;
     WatchedChord& watched_;
     Question frontmostIsTerminal_;
-    uint8_t suspendedLocks_;
+    bool hasTyped_ = false;
+    uint8_t suspendedLocks_ = 0;
     /// As they were, while they are off.
     std::optional<KeyboardHelps> suspendedHelps_;
     std::vector<HeldKey> down_;

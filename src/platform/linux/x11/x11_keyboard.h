@@ -9,7 +9,7 @@
 
 namespace corvandi {
 
-/// The keyboard of an X session, played through XTEST: about 20,000 characters a second.
+/// The keyboard of an X session, played through XTEST: about 10,000 characters a second.
 ///
 /// Characters that the layout lacks are put onto its empty keys, all those of a text in one change of
 /// the layout before its first key, since every change costs every program time. They stay there, and
