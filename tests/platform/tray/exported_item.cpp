@@ -68,11 +68,6 @@ QVariant ExportedItem::property(const QString& name) const
         .variant();
 }
 
-void ExportedItem::activate() const
-{
-    call(service_, itemPath, itemInterface, QStringLiteral("Activate"), {0, 0});
-}
-
 void ExportedItem::aboutToShowMenu() const
 {
     call(service_, menuPath, menuInterface, QStringLiteral("AboutToShow"), {0});
@@ -106,6 +101,14 @@ std::vector<std::string> ExportedItem::menu() const
     std::vector<std::string> result;
     for (const Line& line : lines())
         result.push_back(lineOf(line.properties));
+    return result;
+}
+
+QList<int> ExportedItem::ids() const
+{
+    QList<int> result;
+    for (const Line& line : lines())
+        result.append(line.id);
     return result;
 }
 

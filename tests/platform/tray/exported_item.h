@@ -22,12 +22,12 @@ public:
     }
 
     [[nodiscard]] QVariant property(const QString& name) const;
-    /// What a tray does on a left click.
-    void activate() const;
     /// What a tray does before it shows the menu.
     void aboutToShowMenu() const;
     /// The menu's lines from top to bottom: the label, in brackets if it can be chosen, the shortcut.
     [[nodiscard]] std::vector<std::string> menu() const;
+    /// The numbers by which the tray knows the menu's lines.
+    [[nodiscard]] QList<int> ids() const;
     /// What a tray does when the item with this label is chosen.
     void choose(const QString& label) const;
 

@@ -28,7 +28,11 @@ const std::vector<std::string> activeMenu{
 /// A desktop with a panel whose tray shows items from the session bus.
 class TrayItem : public ::testing::Test {
 protected:
-    ~TrayItem() override { desktop({QStringLiteral("restart"), QStringLiteral("panel")}); }
+    /// The panel's tray is a process of its own.
+    static inline const QString trayProgram = QStringLiteral("wrapper-2.0");
+
+    static void endPanel() { desktop({QStringLiteral("end"), QStringLiteral("panel")}); }
+    static void restartPanel() { desktop({QStringLiteral("restart"), QStringLiteral("panel")}); }
 
     static ExportedItem shownItem()
     {
@@ -36,13 +40,31 @@ protected:
             throw std::runtime_error("the tray does not show the icon");
         return ExportedItem(shownItems().front());
     }
-    static QString visibleMenus()
+    /// Also shows that the items of former tests are gone.
+    static bool isNothingShown()
     {
-        QProcess search;
-        search.start(QStringLiteral("xdotool"), {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
-                                                 QStringLiteral("--class"), QStringLiteral("Corvandi")});
-        search.waitForFinished();
-        return QString::fromUtf8(search.readAll());
+        return waitUntil([] { return shownItems().isEmpty(); });
+    }
+    /// Clicks on the icon until that opens a window of this program: a panel that has just started
+    /// may not hear the first click.
+    static bool clickOpens(const QString& button, const QString& program)
+    {
+        const auto before = openWindows(program).size();
+        return waitUntil([&] {
+            click(button);
+            return waitUntil([&] { return openWindows(program).size() > before; },
+                             std::chrono::milliseconds(1000));
+        });
+    }
+    static void press(const QStringList& keys)
+    {
+        run(QStringLiteral("xdotool"), QStringList{QStringLiteral("key")} + keys);
+    }
+    /// The tray's only icon stands at the panel's right end.
+    static void click(const QString& button)
+    {
+        run(QStringLiteral("xdotool"), {QStringLiteral("mousemove"), QStringLiteral("1268"),
+                                        QStringLiteral("14"), QStringLiteral("click"), button});
     }
 };
 
@@ -53,14 +75,133 @@ TEST_F(TrayItem, IsShownUnderTheProgramsName)
     EXPECT_EQ(item.property(QStringLiteral("Title")), QStringLiteral("Corvandi"));
     EXPECT_EQ(item.property(QStringLiteral("Id")), QStringLiteral("Corvandi"));
     EXPECT_EQ(item.property(QStringLiteral("Status")), QStringLiteral("Active"));
+    EXPECT_EQ(item.property(QStringLiteral("IconName")), QString());
     EXPECT_THAT(peer.output(), Not(HasSubstr("tray")));
     takeScreenshot(QStringLiteral("tray-item.png"));
+}
+
+TEST_F(TrayItem, GoesWithTheProgram)
+{
+    {
+        const TrayPeer peer;
+        (void)shownItem();
+    }
+    EXPECT_TRUE(isNothingShown());
 }
 
 TEST_F(TrayItem, HandsItsMenuToTheTray)
 {
     const TrayPeer peer;
     EXPECT_EQ(shownItem().menu(), inactiveMenu);
+}
+
+TEST_F(TrayItem, AChosenItemRunsItsAction)
+{
+    TrayPeer peer;
+    const ExportedItem item = shownItem();
+    item.choose(QStringLiteral("Settings…"));
+    EXPECT_TRUE(peer.hasSaid("chose settings"));
+    item.choose(QStringLiteral("Open Accessibility Settings…"));
+    EXPECT_TRUE(peer.hasSaid("chose accessibility"));
+}
+
+TEST_F(TrayItem, QuittingFromTheMenuEndsTheProgram)
+{
+    const TrayPeer peer;
+    shownItem().choose(QStringLiteral("Quit Corvandi"));
+    EXPECT_TRUE(waitUntil([&] { return !peer.isRunning(); }));
+}
+
+TEST_F(TrayItem, IsBuiltAnewWhenTheTrayIsAboutToShowIt)
+{
+    TrayPeer peer;
+    const ExportedItem item = shownItem();
+    peer.command('a');
+    EXPECT_EQ(item.menu(), inactiveMenu);
+    item.aboutToShowMenu();
+    EXPECT_EQ(item.menu(), activeMenu);
+    item.choose(QStringLiteral("Settings…"));
+    EXPECT_TRUE(peer.hasSaid("chose settings"));
+}
+
+TEST_F(TrayItem, ATrayThatDoesNotAskGetsTheNewMenuWhenTheIconIsTold)
+{
+    TrayPeer peer;
+    const ExportedItem item = shownItem();
+    peer.command('A');
+    EXPECT_EQ(item.menu(), activeMenu);
+    peer.command('A');
+    EXPECT_EQ(item.menu(), inactiveMenu);
+    peer.command('U');
+    EXPECT_EQ(item.menu().at(3), "[Check for Updates…]");
+    item.choose(QStringLiteral("Check for Updates…"));
+    EXPECT_TRUE(peer.hasSaid("chose updates"));
+}
+
+TEST_F(TrayItem, AMenuThatStaysAsItIsKeepsItsItemsSoThatAChoiceUnderWayCounts)
+{
+    TrayPeer peer;
+    const ExportedItem item = shownItem();
+    const QList<int> before = item.ids();
+    item.aboutToShowMenu();
+    EXPECT_EQ(item.ids(), before);
+}
+
+TEST_F(TrayItem, ALeftClickOpensTheMenu)
+{
+    TrayPeer peer;
+    (void)shownItem();
+    ASSERT_TRUE(clickOpens(QStringLiteral("1"), TrayPeer::name));
+    takeScreenshot(QStringLiteral("tray-left-click.png"));
+    press({QStringLiteral("Up"), QStringLiteral("Up"), QStringLiteral("Return")});
+    EXPECT_TRUE(peer.hasSaid("chose settings"));
+    EXPECT_TRUE(waitUntil([] { return openWindows(TrayPeer::name).isEmpty(); }));
+}
+
+TEST_F(TrayItem, ARightClickOpensTheMenuInThePanelsStyle)
+{
+    TrayPeer peer;
+    (void)shownItem();
+    peer.command('a');
+    ASSERT_TRUE(clickOpens(QStringLiteral("3"), trayProgram));
+    EXPECT_TRUE(openWindows(TrayPeer::name).isEmpty());
+    takeScreenshot(QStringLiteral("tray-right-click.png"));
+    press({QStringLiteral("Up"), QStringLiteral("Up"), QStringLiteral("Return")});
+    EXPECT_TRUE(peer.hasSaid("chose settings"));
+}
+
+TEST_F(TrayItem, ComesBackWithAPanelThatRestarts)
+{
+    TrayPeer peer;
+    (void)shownItem();
+    endPanel();
+    ASSERT_TRUE(isNothingShown());
+    peer.command('A');
+    restartPanel();
+    const ExportedItem item = shownItem();
+    EXPECT_EQ(item.menu(), activeMenu);
+    item.choose(QStringLiteral("Settings…"));
+    EXPECT_TRUE(peer.hasSaid("chose settings"));
+}
+
+TEST_F(TrayItem, AppearsWhenThePanelStartsLaterThanTheProgram)
+{
+    endPanel();
+    TrayPeer peer;
+    EXPECT_TRUE(peer.hasSaid("Corvandi: no system tray yet; waiting for one"));
+    peer.command('A');
+    restartPanel();
+    EXPECT_TRUE(peer.hasSaid("Corvandi: system tray found"));
+    EXPECT_EQ(shownItem().menu(), activeMenu);
+}
+
+TEST_F(TrayItem, SurvivesTheEndOfTheBus)
+{
+    TrayPeer peer;
+    (void)shownItem();
+    desktop({QStringLiteral("end"), QStringLiteral("bus")});
+    peer.command('A');
+    EXPECT_TRUE(peer.isRunning());
 }
 
 } // namespace

@@ -21,6 +21,15 @@ QString desktop(const QStringList& arguments)
     return run(QStringLiteral(DESKTOP_COMMAND), arguments);
 }
 
+QStringList openWindows(const QString& program)
+{
+    QProcess search;
+    search.start(QStringLiteral("xdotool"), {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                                             QStringLiteral("--class"), program});
+    search.waitForFinished();
+    return QString::fromUtf8(search.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
 void takeScreenshot(const QString& name)
 {
     desktop({QStringLiteral("shot"), QStringLiteral(SCREENSHOTS "/") + name});

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QProcess>
+#include <QStringList>
 
 #include <string>
 
@@ -10,12 +11,16 @@ namespace corvandi::testing {
 QString run(const QString& program, const QStringList& arguments);
 /// Runs a command of the virtual desktop.
 QString desktop(const QStringList& arguments);
+/// The windows on the screen of the programs with this name.
+QStringList openWindows(const QString& program);
 /// Keeps a picture of the screen among the build's results.
 void takeScreenshot(const QString& name);
 
 /// A process with the program's icon. Ends with this object.
 class TrayPeer {
 public:
+    static inline const QString name = QStringLiteral("Corvandi");
+
     /// Returns when the icon has been made.
     explicit TrayPeer(const QStringList& environment = {});
     ~TrayPeer();
