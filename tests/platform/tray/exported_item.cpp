@@ -45,10 +45,9 @@ std::string lineOf(const QVariantMap& item)
 
 QStringList shownItems()
 {
-    const QString watcher = QStringLiteral("org.kde.StatusNotifierWatcher");
-    QDBusMessage question = QDBusMessage::createMethodCall(watcher, QStringLiteral("/StatusNotifierWatcher"),
-                                                           properties, QStringLiteral("Get"));
-    question.setArguments({watcher, QStringLiteral("RegisteredStatusNotifierItems")});
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        trayService, QStringLiteral("/StatusNotifierWatcher"), properties, QStringLiteral("Get"));
+    question.setArguments({trayService, QStringLiteral("RegisteredStatusNotifierItems")});
     question.setAutoStartService(false);
     const QDBusMessage reply = QDBusConnection::sessionBus().call(question);
     if (reply.type() != QDBusMessage::ReplyMessage)

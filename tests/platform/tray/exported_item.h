@@ -9,6 +9,9 @@
 
 namespace corvandi::testing {
 
+/// The tray's name on the session bus.
+inline const QString trayService = QStringLiteral("org.kde.StatusNotifierWatcher");
+
 /// The bus names of the items that the desktop's tray shows; none when there is no tray.
 [[nodiscard]] QStringList shownItems();
 

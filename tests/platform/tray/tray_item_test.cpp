@@ -2,7 +2,13 @@
 #include "support/event_loop.h"
 #include "tray_peer_process.h"
 
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+
 #include <gmock/gmock.h>
+
+#include <csignal>
+#include <utility>
 
 namespace corvandi {
 namespace {
@@ -23,6 +29,35 @@ const std::vector<std::string> inactiveMenu{
 const std::vector<std::string> activeMenu{
     "Hold ⌥Space to dictate",    "---", "Check for Updates…", "[Settings…] Control+,",
     "[Quit Corvandi] Control+Q",
+};
+
+/// The tray's process stands still until `goOn`, or while this object lives.
+class HungTray {
+public:
+    HungTray()
+        : process_(
+              static_cast<pid_t>(QDBusConnection::sessionBus().interface()->servicePid(trayService).value()))
+    {
+        if (process_ == 0)
+            throw std::runtime_error("no tray is running");
+        kill(process_, SIGSTOP);
+    }
+    ~HungTray() { goOn(); }
+    HungTray(const HungTray&) = delete;
+    HungTray& operator=(const HungTray&) = delete;
+
+    void goOn() { tell(SIGCONT); }
+    void end() { tell(SIGKILL); }
+
+private:
+    /// Once: the number may soon be another process's.
+    void tell(int signal)
+    {
+        if (const pid_t process = std::exchange(process_, 0))
+            kill(process, signal);
+    }
+
+    pid_t process_;
 };
 
 /// A desktop with a panel whose tray shows items from the session bus.
@@ -162,12 +197,14 @@ TEST_F(TrayItem, ARightClickOpensTheMenuInThePanelsStyle)
 {
     TrayPeer peer;
     (void)shownItem();
-    peer.command('a');
     ASSERT_TRUE(clickOpens(QStringLiteral("3"), trayProgram));
     EXPECT_TRUE(openWindows(TrayPeer::name).isEmpty());
     takeScreenshot(QStringLiteral("tray-right-click.png"));
-    press({QStringLiteral("Up"), QStringLiteral("Up"), QStringLiteral("Return")});
-    EXPECT_TRUE(peer.hasSaid("chose settings"));
+    // The panel shows its menu a moment before it takes keys.
+    EXPECT_TRUE(waitUntil([&] {
+        press({QStringLiteral("End"), QStringLiteral("Up"), QStringLiteral("Return")});
+        return peer.hasSaid("chose settings", std::chrono::milliseconds(500));
+    }));
 }
 
 TEST_F(TrayItem, ComesBackWithAPanelThatRestarts)
@@ -193,6 +230,36 @@ TEST_F(TrayItem, AppearsWhenThePanelStartsLaterThanTheProgram)
     restartPanel();
     EXPECT_TRUE(peer.hasSaid("Corvandi: system tray found"));
     EXPECT_EQ(shownItem().menu(), activeMenu);
+}
+
+TEST_F(TrayItem, ATrayThatHangsHoldsNothingUp)
+{
+    HungTray tray;
+    TrayPeer peer;
+    for (const char letter : {'A', 'U', 'A'})
+        peer.command(letter);
+    EXPECT_TRUE(peer.isRunning());
+    tray.goOn();
+    EXPECT_EQ(shownItem().menu().at(3), "[Check for Updates…]");
+}
+
+TEST_F(TrayItem, ATrayThatHangsLaterHoldsNothingUpEither)
+{
+    TrayPeer peer;
+    const ExportedItem item = shownItem();
+    const HungTray tray;
+    for (const char letter : {'A', 'U', 'A'})
+        peer.command(letter);
+    EXPECT_EQ(item.menu().at(3), "[Check for Updates…]");
+}
+
+TEST_F(TrayItem, ATrayThatEndsWhileItHangsIsForgotten)
+{
+    HungTray tray;
+    TrayPeer peer;
+    tray.end();
+    restartPanel();
+    EXPECT_EQ(shownItem().menu(), inactiveMenu);
 }
 
 TEST_F(TrayItem, SurvivesTheEndOfTheBus)

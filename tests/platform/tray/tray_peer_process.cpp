@@ -65,9 +65,9 @@ void TrayPeer::command(char letter)
         throw std::runtime_error("the program with the icon does not obey: " + output());
 }
 
-bool TrayPeer::hasSaid(const std::string& line)
+bool TrayPeer::hasSaid(const std::string& line, std::chrono::milliseconds limit)
 {
-    return waitUntil([&] { return output_.contains(QByteArray::fromStdString(line + "\n")); });
+    return waitUntil([&] { return output_.contains(QByteArray::fromStdString(line + "\n")); }, limit);
 }
 
 } // namespace corvandi::testing

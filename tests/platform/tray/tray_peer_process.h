@@ -3,6 +3,7 @@
 #include <QProcess>
 #include <QStringList>
 
+#include <chrono>
 #include <string>
 
 namespace corvandi::testing {
@@ -31,7 +32,8 @@ public:
     /// updates can be checked for; as capitals, the icon is told.
     void command(char letter);
     /// Waits until it has printed this line.
-    [[nodiscard]] bool hasSaid(const std::string& line);
+    [[nodiscard]] bool hasSaid(const std::string& line,
+                               std::chrono::milliseconds limit = std::chrono::seconds(5));
     /// Everything that it has printed, errors too.
     [[nodiscard]] std::string output() const { return output_.toStdString(); }
     [[nodiscard]] bool isRunning() const { return process_.state() == QProcess::Running; }
