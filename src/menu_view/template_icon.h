@@ -11,7 +11,8 @@ namespace corvandi {
 /// Nobody tells a program whether a tray is light or dark. So the icon bears the name of a symbolic icon
 /// when `symbolicName` is installed in the icon theme: trays that understand names draw that one in their
 /// own colour. The others get the picture, a template in white with a thin dark edge, which stands out
-/// from both.
+/// from both. The toolkit finds a symbolic icon only if it was there when the program started, and an SVG
+/// file only with its SVG plugin.
 [[nodiscard]] QIcon templateIcon(const MenuBarImage& image, const QString& symbolicName = QString());
 
 } // namespace corvandi

@@ -45,10 +45,9 @@ std::string lineOf(const QVariantMap& item)
 
 QStringList shownItems()
 {
-    const QString watcher = QStringLiteral("org.kde.StatusNotifierWatcher");
-    QDBusMessage question = QDBusMessage::createMethodCall(watcher, QStringLiteral("/StatusNotifierWatcher"),
-                                                           properties, QStringLiteral("Get"));
-    question.setArguments({watcher, QStringLiteral("RegisteredStatusNotifierItems")});
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        trayService, QStringLiteral("/StatusNotifierWatcher"), properties, QStringLiteral("Get"));
+    question.setArguments({trayService, QStringLiteral("RegisteredStatusNotifierItems")});
     question.setAutoStartService(false);
     const QDBusMessage reply = QDBusConnection::sessionBus().call(question);
     if (reply.type() != QDBusMessage::ReplyMessage)
@@ -66,11 +65,6 @@ QVariant ExportedItem::property(const QString& name) const
         .at(0)
         .value<QDBusVariant>()
         .variant();
-}
-
-void ExportedItem::activate() const
-{
-    call(service_, itemPath, itemInterface, QStringLiteral("Activate"), {0, 0});
 }
 
 void ExportedItem::aboutToShowMenu() const
@@ -106,6 +100,14 @@ std::vector<std::string> ExportedItem::menu() const
     std::vector<std::string> result;
     for (const Line& line : lines())
         result.push_back(lineOf(line.properties));
+    return result;
+}
+
+QList<int> ExportedItem::ids() const
+{
+    QList<int> result;
+    for (const Line& line : lines())
+        result.append(line.id);
     return result;
 }
 

@@ -21,6 +21,15 @@ QString desktop(const QStringList& arguments)
     return run(QStringLiteral(DESKTOP_COMMAND), arguments);
 }
 
+QStringList openWindows(const QString& program)
+{
+    QProcess search;
+    search.start(QStringLiteral("xdotool"), {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                                             QStringLiteral("--class"), program});
+    search.waitForFinished();
+    return QString::fromUtf8(search.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
 void takeScreenshot(const QString& name)
 {
     desktop({QStringLiteral("shot"), QStringLiteral(SCREENSHOTS "/") + name});
@@ -56,9 +65,9 @@ void TrayPeer::command(char letter)
         throw std::runtime_error("the program with the icon does not obey: " + output());
 }
 
-bool TrayPeer::hasSaid(const std::string& line)
+bool TrayPeer::hasSaid(const std::string& line, std::chrono::milliseconds limit)
 {
-    return waitUntil([&] { return output_.contains(QByteArray::fromStdString(line + "\n")); });
+    return waitUntil([&] { return output_.contains(QByteArray::fromStdString(line + "\n")); }, limit);
 }
 
 } // namespace corvandi::testing

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QProcess>
+#include <QStringList>
 
+#include <chrono>
 #include <string>
 
 namespace corvandi::testing {
@@ -10,12 +12,16 @@ namespace corvandi::testing {
 QString run(const QString& program, const QStringList& arguments);
 /// Runs a command of the virtual desktop.
 QString desktop(const QStringList& arguments);
+/// The windows on the screen of the programs with this name.
+QStringList openWindows(const QString& program);
 /// Keeps a picture of the screen among the build's results.
 void takeScreenshot(const QString& name);
 
 /// A process with the program's icon. Ends with this object.
 class TrayPeer {
 public:
+    static inline const QString name = QStringLiteral("Corvandi");
+
     /// Returns when the icon has been made.
     explicit TrayPeer(const QStringList& environment = {});
     ~TrayPeer();
@@ -26,7 +32,8 @@ public:
     /// updates can be checked for; as capitals, the icon is told.
     void command(char letter);
     /// Waits until it has printed this line.
-    [[nodiscard]] bool hasSaid(const std::string& line);
+    [[nodiscard]] bool hasSaid(const std::string& line,
+                               std::chrono::milliseconds limit = std::chrono::seconds(5));
     /// Everything that it has printed, errors too.
     [[nodiscard]] std::string output() const { return output_.toStdString(); }
     [[nodiscard]] bool isRunning() const { return process_.state() == QProcess::Running; }

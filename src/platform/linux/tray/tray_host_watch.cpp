@@ -1,83 +1,56 @@
 #include "platform/linux/tray/tray_host_watch.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusPendingReply>
-
 #include <utility>
 
 namespace corvandi {
 namespace {
 
-constexpr QLatin1String itemHostName("org.kde.StatusNotifierWatcher");
 constexpr std::chrono::milliseconds atOnce{0};
-
-QDBusMessage questionForItemHost()
-{
-    QDBusMessage question = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
-    question << QString(itemHostName);
-    return question;
-}
 
 } // namespace
 
 TrayHostWatch::TrayHostWatch(MainQueue& queue, Callbacks callbacks)
     : queue_(queue)
     , callbacks_(std::move(callbacks))
-    , windowHost_([this] { windowHostAppeared(); })
+    , windowTray_([this] { windowTrayAppeared(); })
+    , itemTray_([this](bool isThere) { itemTrayAnswered(isThere); })
 {
-    if (QDBusConnection::sessionBus().isConnected())
-        askTheBus();
+    if (!itemTray_.isBusThere())
+        timer_ = queue_.after(atOnce, [this] { lookForWindowTray(); });
+}
+
+void TrayHostWatch::itemTrayAnswered(bool isThere)
+{
+    if (isThere)
+        reportAfter(atOnce);
     else
-        timer_ = queue_.after(atOnce, [this] { lookForWindowHost(); });
+        lookForWindowTray();
 }
 
-void TrayHostWatch::askTheBus()
+void TrayHostWatch::lookForWindowTray()
 {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    itemHosts_.setConnection(bus);
-    itemHosts_.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
-    itemHosts_.addWatchedService(itemHostName);
-    QObject::connect(&itemHosts_, &QDBusServiceWatcher::serviceRegistered, &itemHosts_,
-                     [this] { itemHostAppeared(); });
-    answer_.emplace(bus.asyncCall(questionForItemHost()));
-    QObject::connect(&*answer_, &QDBusPendingCallWatcher::finished, &*answer_, [this] { takeAnswer(); });
-}
-
-void TrayHostWatch::takeAnswer()
-{
-    const QDBusPendingReply<bool> isThere = *answer_;
-    if (isThere.isValid() && isThere.value())
-        itemHostAppeared();
-    else if (!hasItemHost_)
-        lookForWindowHost();
-}
-
-void TrayHostWatch::lookForWindowHost()
-{
-    if (windowHost_.isThere())
-        windowHostAppeared();
-    else
+    if (windowTray_.isThere())
+        windowTrayAppeared();
+    else if (!std::exchange(isMissReported_, true))
         callbacks_.notYet();
 }
 
-void TrayHostWatch::itemHostAppeared()
+void TrayHostWatch::windowTrayAppeared()
 {
-    hasItemHost_ = true;
-    reportAfter(atOnce);
-}
-
-void TrayHostWatch::windowHostAppeared()
-{
-    if (!hasItemHost_)
+    // The answer decides; it comes back here when it is no.
+    if (!itemTray_.isAsking())
         reportAfter(grace);
 }
 
 void TrayHostWatch::reportAfter(std::chrono::milliseconds delay)
 {
-    timer_ = queue_.after(delay, [found = callbacks_.found] { found(); });
+    timer_ = queue_.after(delay, [this] {
+        // A tray of the newer kind has started in the meantime.
+        if (itemTray_.isAsking())
+            return;
+        const std::function<void()> found = callbacks_.found;
+        found();
+    });
 }
 
 } // namespace corvandi

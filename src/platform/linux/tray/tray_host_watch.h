@@ -1,25 +1,23 @@
 #pragma once
 
 #include "base/main_queue.h"
+#include "platform/linux/tray/item_tray.h"
 #include "platform/linux/tray/xembed_tray.h"
-
-#include <QDBusPendingCallWatcher>
-#include <QDBusServiceWatcher>
 
 #include <chrono>
 #include <functional>
 #include <memory>
-#include <optional>
 
 namespace corvandi {
 
 /// Waits until the desktop has a tray. There are two kinds: programs register an item with the first
-/// over the session bus and hand a window to the second over the X server. Panels that have both offer
-/// the second a moment earlier, and a program that has decided for one stays there; so the second kind
-/// counts only when the first does not follow.
+/// over the session bus and hand a window to the second over the X server. Panels that have both may
+/// offer the second a moment earlier, and a program that has decided for one stays there; so the second
+/// kind counts only when the first does not follow.
 ///
-/// Without a session bus only the second kind is looked for. A bus that does not answer delays the find
-/// and blocks nothing.
+/// Without a session bus only the second kind is looked for. A tray of the first kind that does not
+/// answer is waited for as long as it takes, and blocks nothing: the toolkit, which asks the same
+/// question, would wait for the answer.
 ///
 /// Thread: main thread only.
 class TrayHostWatch {
@@ -38,20 +36,17 @@ public:
     TrayHostWatch(MainQueue& queue, Callbacks callbacks);
 
 private:
-    void askTheBus();
-    void takeAnswer();
-    void lookForWindowHost();
-    void itemHostAppeared();
-    void windowHostAppeared();
+    void itemTrayAnswered(bool isThere);
+    void lookForWindowTray();
+    void windowTrayAppeared();
     void reportAfter(std::chrono::milliseconds delay);
 
     MainQueue& queue_;
     Callbacks callbacks_;
-    QDBusServiceWatcher itemHosts_;
-    XEmbedTray windowHost_;
-    std::optional<QDBusPendingCallWatcher> answer_;
-    bool hasItemHost_ = false;
+    bool isMissReported_ = false;
     std::unique_ptr<Timer> timer_;
+    XEmbedTray windowTray_;
+    ItemTray itemTray_;
 };
 
 } // namespace corvandi
