@@ -1,5 +1,7 @@
 #include "hud_view/hud_layout.h"
 
+#include "hud_view/line_breaking.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -12,7 +14,7 @@ constexpr qreal verticalPadding = 7;
 
 constexpr qreal dotSize = 7;
 constexpr qreal spinnerSize = 14;
-constexpr qreal symbolSize = 14;
+constexpr qreal symbolSize = 12;
 
 constexpr qreal waveformHeight = 32;
 constexpr qreal barWidth = 2.5;
@@ -21,25 +23,27 @@ constexpr qreal fullBarHeight = 30;
 constexpr qreal lowestBarHeight = 3;
 constexpr qreal elapsedWidth = 32;
 
-/// The next even number: what is centred in an area of even size then stands on whole points.
+/// The next even number: what is centred on a whole point then has its edges on whole points.
 qreal roundedUpToEven(qreal length)
 {
     return 2 * std::ceil(length / 2);
 }
 
-QRectF pillFor(const QSizeF& content, const QRectF& area)
+QRectF centered(const QSizeF& size)
 {
-    const QSizeF size(std::min(roundedUpToEven(content.width() + 2 * sidePadding), area.width()),
-                      std::min(roundedUpToEven(content.height() + 2 * verticalPadding), area.height()));
-    QRectF pill(QPointF(), size);
-    pill.moveCenter(area.center());
-    return pill;
+    return {-size.width() / 2, -size.height() / 2, size.width(), size.height()};
 }
 
-/// The next item of a row: behind everything up to `x`, centred in the pill's height.
-QRectF itemAt(qreal x, const QRectF& pill, const QSizeF& size)
+QRectF pillFor(const QSizeF& content)
 {
-    return {x, pill.center().y() - size.height() / 2, size.width(), size.height()};
+    return centered({roundedUpToEven(content.width() + 2 * sidePadding),
+                     roundedUpToEven(content.height() + 2 * verticalPadding)});
+}
+
+/// The next item of a row: from `x` on, vertically in the middle.
+QRectF itemAt(qreal x, const QSizeF& size)
+{
+    return {x, -size.height() / 2, size.width(), size.height()};
 }
 
 qreal waveformWidth(size_t count)
@@ -48,44 +52,71 @@ qreal waveformWidth(size_t count)
     return bars * barWidth + std::max(bars - 1, 0.0) * barSpacing;
 }
 
-HudLayout layOutRecording(const HUDModel& model, const QFontMetricsF& font, const QRectF& area)
+HudLayout layOutRecording(const HudFace& face, const QFontMetricsF& font)
 {
-    const qreal waveform = waveformWidth(model.bars().size());
-    const qreal slot = std::max(elapsedWidth, steadyWidth(font, model.elapsed()));
+    const qreal waveform = waveformWidth(face.bars.size());
+    const qreal slot = std::max(elapsedWidth, std::ceil(steadyWidth(font, face.elapsed)));
     HudLayout layout;
-    layout.pill = pillFor({dotSize + itemSpacing + waveform + itemSpacing + slot, waveformHeight}, area);
-    layout.symbol = itemAt(layout.pill.left() + sidePadding, layout.pill, {dotSize, dotSize});
-    qreal x = layout.symbol.right() + itemSpacing;
-    for (const double value : model.bars()) {
-        const QSizeF size(barWidth, std::max(value * fullBarHeight, lowestBarHeight));
-        layout.bars.push_back(itemAt(x, layout.pill, size));
-        x += barWidth + barSpacing;
-    }
-    x += itemSpacing - barSpacing;
-    layout.text = itemAt(x, layout.pill, {slot, font.height()});
+    layout.pill = pillFor({dotSize + itemSpacing + waveform + itemSpacing + slot, waveformHeight});
+    layout.symbol = itemAt(layout.pill.left() + sidePadding, {dotSize, dotSize});
+    layout.waveform = itemAt(layout.symbol.right() + itemSpacing, {waveform, waveformHeight});
+    const qreal x = layout.waveform.right() + itemSpacing;
+    layout.lines.push_back({face.elapsed, itemAt(x, {slot, font.height()})});
     return layout;
 }
 
-HudLayout layOutStatus(const HUDModel& model, const QFontMetricsF& font, const QRectF& area)
+qreal widthOf(const QStringList& lines, const QFontMetricsF& font)
 {
-    const qreal symbol = model.state() == HUDState::processing ? spinnerSize : symbolSize;
-    const QString line = singleLine(model.statusText());
+    qreal width = 0;
+    for (const QString& line : lines)
+        width = std::max(width, std::ceil(font.horizontalAdvance(line)));
+    return width;
+}
+
+QSizeF rowSize(qreal symbol, const QSizeF& text)
+{
+    const qreal width = text.isEmpty() ? symbol : symbol + itemSpacing + text.width();
+    return {width, std::max(symbol, text.height())};
+}
+
+HudLayout layOutStatus(const HudFace& face, const QFontMetricsF& font, qreal widest)
+{
+    const qreal symbol = face.state == HUDState::processing ? spinnerSize : symbolSize;
+    const qreal room = widest - 2 * sidePadding - symbol - itemSpacing;
+    const QStringList lines = brokenIntoLines(face.text, font, std::min(longestLine, room), room);
+    const QSizeF text(widthOf(lines, font), static_cast<qreal>(lines.size()) * std::ceil(font.height()));
     HudLayout layout;
-    if (line.isEmpty()) {
-        layout.pill = pillFor({symbol, std::max(symbol, font.height())}, area);
-        layout.symbol = itemAt(layout.pill.left() + sidePadding, layout.pill, {symbol, symbol});
-        return layout;
+    layout.pill = pillFor(rowSize(symbol, text));
+    layout.symbol = itemAt(layout.pill.left() + sidePadding, {symbol, symbol});
+    QRectF frame = itemAt(layout.symbol.right() + itemSpacing, text);
+    frame.setHeight(std::ceil(font.height()));
+    for (const QString& line : lines) {
+        layout.lines.push_back({line, frame});
+        frame.translate(0, frame.height());
     }
-    const qreal lead = symbol + itemSpacing;
-    const qreal text = std::ceil(font.horizontalAdvance(line));
-    layout.pill = pillFor({lead + text, std::max(symbol, font.height())}, area);
-    layout.symbol = itemAt(layout.pill.left() + sidePadding, layout.pill, {symbol, symbol});
-    const qreal room = layout.pill.width() - 2 * sidePadding - lead;
-    layout.text = itemAt(layout.symbol.right() + itemSpacing, layout.pill, {room, font.height()});
     return layout;
 }
 
 } // namespace
+
+HudLayout layOut(const HudFace& face, const QFontMetricsF& font, qreal widest)
+{
+    switch (face.state) {
+    case HUDState::recording:
+        return layOutRecording(face, font);
+    case HUDState::processing:
+    case HUDState::notice:
+    case HUDState::error:
+        return layOutStatus(face, font, widest);
+    }
+    return {};
+}
+
+QRectF barFrame(const QRectF& waveform, size_t position, double value)
+{
+    const qreal x = waveform.left() + static_cast<qreal>(position) * (barWidth + barSpacing);
+    return itemAt(x, {barWidth, std::max(value * fullBarHeight, lowestBarHeight)});
+}
 
 qreal digitCell(const QFontMetricsF& font)
 {
@@ -101,24 +132,6 @@ qreal steadyWidth(const QFontMetricsF& font, const QString& text)
     for (const QChar character : text)
         width += character.isDigit() ? digitCell(font) : font.horizontalAdvance(character);
     return width;
-}
-
-QString singleLine(const QString& text)
-{
-    return text.simplified();
-}
-
-HudLayout layOut(const HUDModel& model, const QFontMetricsF& font, const QRectF& area)
-{
-    switch (model.state()) {
-    case HUDState::recording:
-        return layOutRecording(model, font, area);
-    case HUDState::processing:
-    case HUDState::notice:
-    case HUDState::error:
-        return layOutStatus(model, font, area);
-    }
-    return {};
 }
 
 } // namespace corvandi

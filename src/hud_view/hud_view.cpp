@@ -1,20 +1,20 @@
 #include "hud_view/hud_view.h"
 
-#include "hud_view/capsule_shadow.h"
-#include "hud_view/hud_symbols.h"
+#include "hud_view/hud_painting.h"
 
 #include <QEvent>
 #include <QFontDatabase>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QPainterPath>
 
 namespace corvandi {
 namespace {
 
 using namespace std::chrono_literals;
 
-/// Thirty frames in a second are smooth for things as small as these.
-constexpr auto frameInterval = 33ms;
+/// Sixty frames in a second.
+constexpr auto frameInterval = 16ms;
 constexpr int fontSize = 12;
 
 QFont hudFont()
@@ -25,23 +25,9 @@ QFont hudFont()
     return font;
 }
 
-qreal capsuleRadius(const QRectF& capsule)
+QRectF around(const QPointF& middle, const QSizeF& size)
 {
-    return qMin(capsule.width(), capsule.height()) / 2;
-}
-
-/// Draws `text` with a cell of the same width for every digit.
-void drawSteadily(QPainter& painter, const QRectF& frame, const QString& text)
-{
-    const QFontMetricsF font(painter.font());
-    const qreal baseline = frame.top() + font.ascent();
-    qreal x = frame.left();
-    for (const QChar character : text) {
-        const qreal width = font.horizontalAdvance(character);
-        const qreal cell = character.isDigit() ? digitCell(font) : width;
-        painter.drawText(QPointF(x + (cell - width) / 2, baseline), character);
-        x += cell;
-    }
+    return {middle.x() - size.width() / 2, middle.y() - size.height() / 2, size.width(), size.height()};
 }
 
 } // namespace
@@ -49,15 +35,15 @@ void drawSteadily(QPainter& painter, const QRectF& frame, const QString& text)
 HudView::HudView(HUDModel& model, QWidget* parent)
     : QWidget(parent)
     , model_(model)
-    , shownState_(model.state())
 {
     setFont(hudFont());
     setFocusPolicy(Qt::NoFocus);
-    symbolAge_.start();
+    clock_.start();
+    frames_.setTimerType(Qt::PreciseTimer);
     frames_.setInterval(frameInterval);
-    connect(&frames_, &QTimer::timeout, this, [this] { update(layout_.symbol.toAlignedRect()); });
+    connect(&frames_, &QTimer::timeout, this, &HudView::advance);
     connect(&model_, &HUDModel::changed, this, &HudView::refresh);
-    refresh();
+    appear();
 }
 
 void HudView::setBackdrop(HudBackdrop backdrop)
@@ -68,126 +54,126 @@ void HudView::setBackdrop(HudBackdrop backdrop)
     update();
 }
 
+void HudView::setWidestPill(qreal width)
+{
+    if (widestPill_ == width)
+        return;
+    widestPill_ = width;
+    refresh();
+}
+
+qreal HudView::neededWidth() const
+{
+    return animation_.reachAt(now());
+}
+
+QRectF HudView::pill() const
+{
+    return around(middle(), animation_.pillAt(now()));
+}
+
 QRegion HudView::pillRegion() const
 {
-    const QRect pill = layout_.pill.toRect();
-    const int diameter = qMin(pill.width(), pill.height());
-    const QRect left(pill.topLeft(), QSize(diameter, diameter));
-    const QRect right = left.translated(pill.width() - diameter, 0);
-    const QRect middle(left.center().x(), pill.top(), pill.width() - diameter, pill.height());
-    return QRegion(left, QRegion::Ellipse) + QRegion(right, QRegion::Ellipse) + middle;
+    return capsuleRegion(pill().toRect());
+}
+
+HudLayout HudView::layOutFace(const HudFace& face) const
+{
+    return layOut(face, QFontMetricsF(font()), widestPill_.value_or(width() - 2 * shadowMargin));
 }
 
 void HudView::refresh()
 {
-    const QRectF area = QRectF(rect()).adjusted(shadowMargin, shadowMargin, -shadowMargin, -shadowMargin);
-    HudLayout layout = layOut(model_, QFontMetricsF(font()), area);
-    const bool isMoved = layout.pill != layout_.pill;
-    layout_ = std::move(layout);
-    if (shownState_ != model_.state()) {
-        shownState_ = model_.state();
-        symbolAge_.start();
-    }
+    if (!isVisible())
+        return appear();
+    HudFace face = HudFace::of(model_);
+    HudLayout layout = layOutFace(face);
+    // The bars move from the next frame on; everything else shows at once.
+    if (!face.differsInBarsOnly(animation_.face()))
+        update(pill().toAlignedRect());
+    animation_.moveTo(std::move(face), std::move(layout), now());
     animateIfNeeded();
-    if (isMoved) {
+    noticePill();
+}
+
+void HudView::appear()
+{
+    HudFace face = HudFace::of(model_);
+    HudLayout layout = layOutFace(face);
+    animation_.jumpTo(std::move(face), std::move(layout), now());
+    update();
+    noticePill();
+}
+
+void HudView::advance()
+{
+    // A change that has come to its end since the last frame needs its last picture.
+    const bool isChanging = animation_.isChanging(now());
+    if (isChanging || wasChanging_)
         update();
-        Q_EMIT pillChanged();
-    } else {
-        update(layout_.pill.toAlignedRect());
-    }
+    else
+        update(movingArea());
+    wasChanging_ = isChanging;
+    animateIfNeeded();
+    noticePill();
 }
 
 void HudView::animateIfNeeded()
 {
-    const bool isMoving = shownState_ == HUDState::recording || shownState_ == HUDState::processing;
-    if (!isVisible() || !isMoving)
+    if (!isVisible() || !animation_.isMoving(now()))
         frames_.stop();
     else if (!frames_.isActive())
         frames_.start();
 }
 
+void HudView::noticePill()
+{
+    const QSizeF pill = animation_.pillAt(now());
+    const qreal width = neededWidth();
+    if (toldPill_ == pill && toldWidth_ == width)
+        return;
+    toldPill_ = pill;
+    toldWidth_ = width;
+    update();
+    Q_EMIT pillChanged();
+}
+
+QRect HudView::movingArea() const
+{
+    const HudLayout& layout = animation_.layout();
+    const QRectF moving = layout.symbol | layout.waveform;
+    return moving.translated(middle()).toAlignedRect();
+}
+
 void HudView::paintEvent(QPaintEvent* event)
 {
     const HudColors colors = HudColors::from(palette(), backdrop_);
+    const HudScene scene = animation_.at(now());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    if (backdrop_ == HudBackdrop::translucent)
-        painter.drawImage(QPoint(), shadow());
-    else
-        painter.fillRect(event->rect(), colors.fill);
-    paintPill(painter, colors);
-    paintSymbol(painter, colors);
-    paintText(painter, colors);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(colors.accent);
-    for (const QRectF& bar : layout_.bars)
-        painter.drawRoundedRect(bar, capsuleRadius(bar), capsuleRadius(bar));
-}
-
-void HudView::paintPill(QPainter& painter, const HudColors& colors)
-{
-    const bool isTranslucent = backdrop_ == HudBackdrop::translucent;
-    if (isTranslucent) {
-        // The shadow must not darken the glass from below.
-        painter.setCompositionMode(QPainter::CompositionMode_Source);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(colors.fill);
-        painter.drawRoundedRect(layout_.pill, capsuleRadius(layout_.pill), capsuleRadius(layout_.pill));
-        painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.drawImage(QPoint(),
+                      background_.picture({scene.pill, size(), devicePixelRatioF(), colors, backdrop_}));
+    painter.translate(middle());
+    if (scene.parts.size() > 1) {
+        QPainterPath inside;
+        const QRectF pill = around({}, scene.pill);
+        inside.addRoundedRect(pill, capsuleRadius(pill), capsuleRadius(pill));
+        painter.setClipPath(inside);
     }
-    // Cut out, the capsule has steps instead of a soft outline: a wider edge reaches over them.
-    const qreal inset = isTranslucent ? 0.5 : 0;
-    const QRectF outline = layout_.pill.adjusted(inset, inset, -inset, -inset);
-    painter.setPen(QPen(colors.edge, isTranslucent ? 1 : 3));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(outline, capsuleRadius(outline), capsuleRadius(outline));
-}
-
-void HudView::paintSymbol(QPainter& painter, const HudColors& colors) const
-{
-    const SymbolAge age(symbolAge_.elapsed());
-    switch (shownState_) {
-    case HUDState::recording:
-        return drawRecordingDot(painter, layout_.symbol, colors.recording, age);
-    case HUDState::processing:
-        return drawSpinner(painter, layout_.symbol, colors.secondary, age);
-    case HUDState::notice:
-        return drawCheckmark(painter, layout_.symbol, colors.notice, colors.onSymbol);
-    case HUDState::error:
-        return drawExclamationMark(painter, layout_.symbol, colors.error, colors.onSymbol);
-    }
-}
-
-void HudView::paintText(QPainter& painter, const HudColors& colors) const
-{
-    painter.setFont(font());
-    const bool isMessage = shownState_ == HUDState::notice || shownState_ == HUDState::error;
-    painter.setPen(isMessage ? colors.primary : colors.secondary);
-    if (shownState_ == HUDState::recording)
-        return drawSteadily(painter, layout_.text, model_.elapsed());
-    const QString line = QFontMetricsF(font()).elidedText(singleLine(model_.statusText()), Qt::ElideRight,
-                                                          layout_.text.width());
-    painter.drawText(layout_.text, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, line);
-}
-
-const QImage& HudView::shadow()
-{
-    const QSizeF needed = QSizeF(size()) * devicePixelRatioF();
-    if (shadowCaster_ != layout_.pill || shadow_.size() != needed.toSize()) {
-        shadow_ = drawShadow(CapsuleShadow{}, layout_.pill, size(), devicePixelRatioF());
-        shadowCaster_ = layout_.pill;
-    }
-    return shadow_;
+    const QRectF dirty = QRectF(event->rect()).translated(-middle());
+    for (const HudPart& part : scene.parts)
+        paintPart(painter, part, colors, dirty);
 }
 
 void HudView::resizeEvent(QResizeEvent*)
 {
     refresh();
+    update();
 }
 
 void HudView::showEvent(QShowEvent*)
 {
-    symbolAge_.start();
+    appear();
     animateIfNeeded();
 }
 

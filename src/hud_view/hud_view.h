@@ -1,20 +1,22 @@
 #pragma once
 
-#include "hud_view/hud_colors.h"
-#include "hud_view/hud_layout.h"
+#include "hud_view/hud_animation.h"
+#include "hud_view/hud_background.h"
 
 #include <QElapsedTimer>
-#include <QImage>
 #include <QTimer>
 #include <QWidget>
+
+#include <optional>
 
 namespace corvandi {
 
 /// Draws a HUD model: a capsule in the middle of the view, as large as its content, with a face for
 /// each state. Has no actions.
 ///
-/// The view keeps a margin for the shadow on every side, in which the capsule never stands. It
-/// animates while it is visible and has something that moves; otherwise it draws only what changes.
+/// Whoever places the view keeps a margin for the shadow on every side of what it `needs`. The view
+/// animates at sixty frames a second while it is visible and something moves: while it records or
+/// processes, and while a change of state is under way. Otherwise no timer runs.
 /// Thread: main thread only. The model outlives the view.
 class HudView : public QWidget {
     Q_OBJECT
@@ -28,12 +30,16 @@ public:
     /// Against an opaque backdrop the view is the capsule's colour all over and casts no shadow: it has
     /// to be cut out along `pillRegion`.
     void setBackdrop(HudBackdrop backdrop);
-    /// The capsule in the view's coordinates.
-    [[nodiscard]] const QRectF& pill() const { return layout_.pill; }
+    /// How wide the capsule may become for a long message, in points; as wide as the view by default.
+    void setWidestPill(qreal width);
+    /// The width that the capsule needs now and until the change under way is over, in points.
+    [[nodiscard]] qreal neededWidth() const;
+    /// The capsule in the view's coordinates, as it is now.
+    [[nodiscard]] QRectF pill() const;
     [[nodiscard]] QRegion pillRegion() const;
 
 Q_SIGNALS:
-    /// The capsule has another size or place.
+    /// The capsule has another size, or needs another width than before.
     void pillChanged();
 
 protected:
@@ -44,20 +50,28 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    [[nodiscard]] AnimationTime now() const { return AnimationTime(clock_.nsecsElapsed()); }
+    [[nodiscard]] QPointF middle() const { return QRectF(rect()).center(); }
+    [[nodiscard]] HudLayout layOutFace(const HudFace& face) const;
+    /// Goes over to what the model shows now; at once when nobody looks.
     void refresh();
+    void appear();
+    void advance();
     void animateIfNeeded();
-    void paintPill(QPainter& painter, const HudColors& colors);
-    void paintSymbol(QPainter& painter, const HudColors& colors) const;
-    void paintText(QPainter& painter, const HudColors& colors) const;
-    [[nodiscard]] const QImage& shadow();
+    void noticePill();
+    /// Where things move while no change is under way.
+    [[nodiscard]] QRect movingArea() const;
 
     HUDModel& model_;
     HudBackdrop backdrop_ = HudBackdrop::translucent;
-    HudLayout layout_;
-    HUDState shownState_;
-    QImage shadow_;
-    QRectF shadowCaster_;
-    QElapsedTimer symbolAge_;
+    std::optional<qreal> widestPill_;
+    QElapsedTimer clock_;
+    HudAnimation animation_;
+    HudBackground background_;
+    /// What was last told by `pillChanged`.
+    QSizeF toldPill_;
+    qreal toldWidth_ = 0;
+    bool wasChanging_ = false;
     QTimer frames_{this};
 };
 

@@ -10,6 +10,8 @@ namespace {
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
+constexpr qreal screenWidth = 1200;
+
 class HudLayoutTest : public ::testing::Test {
 protected:
     HudLayoutTest()
@@ -20,14 +22,13 @@ protected:
     }
     [[nodiscard]] HudLayout layOutFace(HUDState state, const QString& text = QString())
     {
-        model.setState(state);
-        model.setStatusText(text);
-        return layOut(model, font, area);
+        face.state = state;
+        face.text = text;
+        return layOut(face, font, screenWidth);
     }
 
-    HUDModel model;
+    HudFace face{HUDState::recording, std::vector<double>(28, 0.05), QStringLiteral("0:00"), QString()};
     QFontMetricsF font{QFont()};
-    const QRectF area{0, 0, 300, 64};
     const QString message = QStringLiteral("Copied to the clipboard");
 };
 
@@ -36,63 +37,62 @@ TEST_F(HudLayoutTest, TheRecordingFaceIsADotAMeterAndATimeInARow)
     const HudLayout layout = layOutFace(HUDState::recording);
     EXPECT_EQ(layout.symbol.size(), QSizeF(7, 7));
     EXPECT_EQ(layout.symbol.left(), layout.pill.left() + 14);
-    ASSERT_THAT(layout.bars, SizeIs(28));
-    EXPECT_EQ(layout.bars.front().left(), layout.symbol.right() + 9);
-    EXPECT_EQ(layout.text.left(), layout.bars.back().right() + 9);
-    EXPECT_GE(layout.text.width(), 32);
-    EXPECT_GE(layout.pill.right(), layout.text.right() + 14);
+    EXPECT_EQ(layout.waveform.left(), layout.symbol.right() + 9);
+    EXPECT_EQ(layout.waveform.height(), 32);
+    ASSERT_THAT(layout.lines, SizeIs(1));
+    EXPECT_EQ(layout.lines[0].text, QStringLiteral("0:00"));
+    EXPECT_EQ(layout.lines[0].frame.left(), layout.waveform.right() + 9);
+    EXPECT_EQ(layout.lines[0].frame.width(), 32);
+    EXPECT_NEAR(layout.pill.right(), layout.lines[0].frame.right() + 14, 2);
     EXPECT_EQ(layout.pill.height(), 32 + 2 * 7);
+    EXPECT_LE(layout.pill.width(), 300);
 }
 
 TEST_F(HudLayoutTest, EveryPartStandsInTheMiddleOfThePill)
 {
     const HudLayout layout = layOutFace(HUDState::recording);
-    EXPECT_EQ(layout.pill.center(), area.center());
-    EXPECT_EQ(layout.symbol.center().y(), area.center().y());
-    EXPECT_EQ(layout.text.center().y(), area.center().y());
-    for (const QRectF& bar : layout.bars)
-        EXPECT_EQ(bar.center().y(), area.center().y());
+    for (const QRectF& frame : {layout.pill, layout.symbol, layout.waveform, layout.lines[0].frame})
+        EXPECT_EQ(frame.center().y(), 0);
+    EXPECT_EQ(layout.pill.center().x(), 0);
 }
 
 TEST_F(HudLayoutTest, BarsAreAsTallAsTheirValuesButNeverTooSmallToSee)
 {
+    const QRectF waveform = layOutFace(HUDState::recording).waveform;
     const std::pair<double, double> heights[] = {{0.06, 3}, {0.05, 3}, {0.1, 3}, {0.5, 15}, {1.0, 30}};
     for (const auto& [value, height] : heights) {
-        model.setBars({value});
-        const HudLayout layout = layOutFace(HUDState::recording);
-        ASSERT_THAT(layout.bars, SizeIs(1));
-        EXPECT_DOUBLE_EQ(layout.bars.front().height(), height) << value;
-        EXPECT_DOUBLE_EQ(layout.bars.front().width(), 2.5);
+        const QRectF bar = barFrame(waveform, 0, value);
+        EXPECT_DOUBLE_EQ(bar.height(), height) << value;
+        EXPECT_DOUBLE_EQ(bar.width(), 2.5);
+        EXPECT_EQ(bar.center().y(), 0);
     }
 }
 
-TEST_F(HudLayoutTest, TheOldestBarIsOnTheLeftAndNoneTouchesTheNext)
+TEST_F(HudLayoutTest, TheBarsFillTheMeterFromLeftToRightWithoutTouching)
 {
-    std::vector<double> values(28, 0.05);
-    values.front() = 1;
-    model.setBars(values);
-    const HudLayout layout = layOutFace(HUDState::recording);
-    EXPECT_DOUBLE_EQ(layout.bars.front().height(), 30);
-    for (size_t i = 1; i < layout.bars.size(); ++i)
-        EXPECT_GT(layout.bars[i].left(), layout.bars[i - 1].right());
+    const QRectF waveform = layOutFace(HUDState::recording).waveform;
+    EXPECT_EQ(barFrame(waveform, 0, 1).left(), waveform.left());
+    EXPECT_EQ(barFrame(waveform, 27, 1).right(), waveform.right());
+    for (size_t i = 1; i < 28; ++i)
+        EXPECT_GT(barFrame(waveform, i, 1).left(), barFrame(waveform, i - 1, 1).right());
 }
 
-TEST_F(HudLayoutTest, LevelsMoveNothingButTheBars)
+TEST_F(HudLayoutTest, LevelsAndTimeMoveNothing)
 {
     const HudLayout quiet = layOutFace(HUDState::recording);
-    model.setBars(std::vector<double>(28, 1.0));
-    model.setElapsed(QStringLiteral("8:59"));
+    face.bars.assign(28, 1.0);
+    face.elapsed = QStringLiteral("8:59");
     const HudLayout loud = layOutFace(HUDState::recording);
     EXPECT_EQ(loud.pill, quiet.pill);
-    EXPECT_EQ(loud.text, quiet.text);
+    EXPECT_EQ(loud.lines[0].frame, quiet.lines[0].frame);
 }
 
 TEST_F(HudLayoutTest, ALongTimeGetsTheRoomThatItNeeds)
 {
-    model.setElapsed(QStringLiteral("100:00"));
+    face.elapsed = QStringLiteral("100:00");
     const HudLayout layout = layOutFace(HUDState::recording);
-    EXPECT_GE(layout.text.width(), steadyWidth(font, model.elapsed()));
-    EXPECT_GE(layout.pill.right(), layout.text.right() + 14);
+    EXPECT_GE(layout.lines[0].frame.width(), steadyWidth(font, face.elapsed));
+    EXPECT_GE(layout.pill.right(), layout.lines[0].frame.right() + 14);
 }
 
 TEST_F(HudLayoutTest, AllDigitsTakeTheSameRoom)
@@ -102,33 +102,54 @@ TEST_F(HudLayoutTest, AllDigitsTakeTheSameRoom)
 
 TEST_F(HudLayoutTest, TheOtherFacesAreASymbolAndALine)
 {
-    for (const HUDState state : {HUDState::processing, HUDState::notice, HUDState::error}) {
+    const std::pair<HUDState, qreal> faces[] = {
+        {HUDState::processing, 14}, {HUDState::notice, 12}, {HUDState::error, 12}};
+    for (const auto& [state, size] : faces) {
         const HudLayout layout = layOutFace(state, message);
-        EXPECT_THAT(layout.bars, IsEmpty());
-        EXPECT_EQ(layout.symbol.size(), QSizeF(14, 14));
+        EXPECT_TRUE(layout.waveform.isEmpty());
+        EXPECT_EQ(layout.symbol.size(), QSizeF(size, size));
         EXPECT_EQ(layout.symbol.left(), layout.pill.left() + 14);
-        EXPECT_EQ(layout.text.left(), layout.symbol.right() + 9);
-        EXPECT_GE(layout.text.width(), font.horizontalAdvance(message));
-        EXPECT_EQ(layout.pill.center(), area.center());
-        EXPECT_LT(layout.pill.height(), area.height());
+        ASSERT_THAT(layout.lines, SizeIs(1));
+        EXPECT_EQ(layout.lines[0].frame.left(), layout.symbol.right() + 9);
+        EXPECT_GE(layout.lines[0].frame.width(), font.horizontalAdvance(message));
+        EXPECT_NEAR(layout.pill.right(), layout.lines[0].frame.right() + 14, 2);
+        EXPECT_EQ(layout.lines[0].frame.center().y(), 0);
     }
 }
 
 TEST_F(HudLayoutTest, WithoutALineTheSymbolStandsAlone)
 {
     for (const HUDState state : {HUDState::processing, HUDState::notice, HUDState::error}) {
-        const HudLayout layout = layOutFace(state, QStringLiteral(" \n"));
-        EXPECT_TRUE(layout.text.isEmpty());
+        const HudLayout layout = layOutFace(state);
+        EXPECT_THAT(layout.lines, IsEmpty());
         EXPECT_EQ(layout.symbol.center(), layout.pill.center());
-        EXPECT_EQ(layout.pill.width(), 14 + 2 * 14);
+        EXPECT_EQ(layout.pill.width(), layout.symbol.width() + 2 * 14);
     }
 }
 
-TEST_F(HudLayoutTest, AnOverlongLineStaysWithinTheArea)
+TEST_F(HudLayoutTest, ALongMessageIsReadableEntirelyWithinThePanelsHeight)
 {
-    const HudLayout layout = layOutFace(HUDState::error, message.repeated(10));
-    EXPECT_EQ(layout.pill.width(), area.width());
-    EXPECT_EQ(layout.text.right(), layout.pill.right() - 14);
+    const QString messages[] = {
+        QStringLiteral("Transcription incomplete. Partial text copied to the clipboard; press ⌘V to paste."),
+        QStringLiteral("Die Transkription ist unvollständig. Der vorhandene Teil des Textes wurde in die "
+                       "Zwischenablage kopiert; einfügen mit ⌘V.")};
+    for (const QString& text : messages) {
+        const HudLayout layout = layOutFace(HUDState::error, text);
+        ASSERT_THAT(layout.lines, SizeIs(2));
+        EXPECT_EQ(layout.lines[0].text + QLatin1Char(' ') + layout.lines[1].text, text);
+        EXPECT_LE(layout.pill.height(), 64);
+        EXPECT_LT(layout.pill.width(), 560);
+        EXPECT_EQ((layout.lines[0].frame | layout.lines[1].frame).center().y(), 0);
+        EXPECT_EQ(layout.lines[1].frame.top(), layout.lines[0].frame.bottom());
+    }
+}
+
+TEST_F(HudLayoutTest, AnEndlessMessageStaysWithinWhatIsThere)
+{
+    const HudLayout layout = layOutFace(HUDState::error, (message + QLatin1Char(' ')).repeated(30));
+    EXPECT_LE(layout.pill.width(), screenWidth);
+    for (const HudLine& line : layout.lines)
+        EXPECT_LE(line.frame.right(), layout.pill.right() - 14);
 }
 
 TEST_F(HudLayoutTest, ThePillsEdgesStandOnWholePoints)
@@ -139,9 +160,13 @@ TEST_F(HudLayoutTest, ThePillsEdgesStandOnWholePoints)
     }
 }
 
-TEST_F(HudLayoutTest, LineBreaksBecomeSpaces)
+TEST(HudFace, LineBreaksOfTheModelBecomeSpaces)
 {
-    EXPECT_EQ(singleLine(QStringLiteral("one\ntwo\tthree ")), QStringLiteral("one two three"));
+    HUDModel model;
+    model.setStatusText(QStringLiteral("one\ntwo\tthree "));
+    EXPECT_EQ(HudFace::of(model).text, QStringLiteral("one two three"));
+    model.setStatusText(QStringLiteral(" \n"));
+    EXPECT_TRUE(HudFace::of(model).text.isEmpty());
 }
 
 } // namespace

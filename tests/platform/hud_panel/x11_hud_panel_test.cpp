@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstdlib>
 
 namespace corvandi {
 namespace {
@@ -94,7 +95,7 @@ TEST_F(X11HudPanelTest, ShowsItsFaces)
     keepScreenshot(QStringLiteral("recording"));
     model.setState(HUDState::notice);
     model.setStatusText(QStringLiteral("Copied to the clipboard"));
-    runFor(100ms);
+    runFor(600ms);
     EXPECT_EQ(screenColorAt(inPill({16, 15})).hue(), QColor(36, 160, 66).hue());
     keepScreenshot(QStringLiteral("notice"));
 }
@@ -108,6 +109,46 @@ TEST_F(X11HudPanelTest, StandsWhereItIsToldWithRoomForItsShadow)
     EXPECT_TRUE(info.contains(QStringLiteral("Absolute upper-left Y:  %1\n").arg(int(frame.y) - margin)));
     EXPECT_TRUE(info.contains(QStringLiteral("Width: %1\n").arg(300 + 2 * margin)));
     EXPECT_TRUE(info.contains(QStringLiteral("Height: %1\n").arg(64 + 2 * margin)));
+}
+
+TEST_F(X11HudPanelTest, AMessageThatIsTooLongForThePanelWidensItAroundItsMiddle)
+{
+    present();
+    const QRect normal = panel.view().geometry();
+    model.setState(HUDState::error);
+    model.setStatusText(QStringLiteral(
+        "Die Transkription ist unvollständig. Der vorhandene Teil des Textes wurde in die Zwischenablage "
+        "kopiert; einfügen mit ⌘V."));
+    EXPECT_TRUE(waitUntil([this] { return panel.view().pill().width() == panel.view().neededWidth(); }));
+    const QRect wide = panel.view().geometry();
+    EXPECT_EQ(wide.width(), panel.view().neededWidth() + 2 * HudView::shadowMargin);
+    EXPECT_GT(wide.width(), normal.width());
+    EXPECT_LE(std::abs(wide.center().x() - normal.center().x()), 1);
+    EXPECT_EQ(wide.top(), normal.top());
+    EXPECT_EQ(wide.height(), normal.height());
+    runFor(300ms);
+    EXPECT_TRUE(isOnTop());
+    keepScreenshot(QStringLiteral("long"));
+    model.setState(HUDState::recording);
+    EXPECT_TRUE(waitUntil([&] { return panel.view().geometry() == normal; }));
+}
+
+TEST_F(X11HudPanelTest, NoMessageIsWiderThanTheScreen)
+{
+    model.setState(HUDState::error);
+    model.setStatusText(QStringLiteral("one two three four five ").repeated(40));
+    present();
+    const auto screen = panel.mainScreenVisibleFrame();
+    EXPECT_GE(panel.view().geometry().left(), screen->x);
+    EXPECT_LE(panel.view().geometry().right(), screen->x + screen->width);
+}
+
+TEST_F(X11HudPanelTest, FollowsAChangeOfTheThemeWhileItIsShown)
+{
+    present();
+    panel.view().setPalette(QPalette(QColor(40, 40, 44)));
+    EXPECT_TRUE(waitUntil([this] { return screenColorAt(inPill({8, 23})).lightness() < 80; }));
+    keepScreenshot(QStringLiteral("dark"));
 }
 
 TEST_F(X11HudPanelTest, TheFocusStaysInTheOtherWindow)
@@ -207,7 +248,11 @@ TEST_F(X11HudPanelTest, IsCutOutAlongTheCapsuleOnlyWithoutACompositor)
         return;
     EXPECT_EQ(panel.view().mask(), panel.view().pillRegion());
     model.setState(HUDState::error);
-    EXPECT_EQ(panel.view().mask(), panel.view().pillRegion()) << "follows the capsule";
+    const qreal before = panel.view().mask().boundingRect().width();
+    EXPECT_TRUE(waitUntil([this] { return panel.view().pill().width() == 40; }));
+    EXPECT_TRUE(waitUntil([this] { return panel.view().mask() == panel.view().pillRegion(); }))
+        << "follows the capsule";
+    EXPECT_LT(panel.view().mask().boundingRect().width(), before);
     const QString size = QStringLiteral("Window shape extents:  %1x%2+")
                              .arg(panel.view().pill().width())
                              .arg(panel.view().pill().height());

@@ -6,6 +6,8 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include <algorithm>
+
 namespace corvandi {
 namespace {
 
@@ -33,7 +35,10 @@ X11HudPanel::X11HudPanel(HUDModel& model)
     fade_.setEasingCurve(easeOut());
     QObject::connect(&fade_, &QVariantAnimation::valueChanged, &view_,
                      [this](const QVariant& alpha) { view_.setWindowOpacity(alpha.toDouble()); });
-    QObject::connect(&view_, &HudView::pillChanged, &view_, [this] { updateMask(); });
+    QObject::connect(&view_, &HudView::pillChanged, &view_, [this] {
+        place();
+        updateMask();
+    });
 }
 
 std::optional<PanelRect> X11HudPanel::mainScreenVisibleFrame() const
@@ -47,8 +52,18 @@ std::optional<PanelRect> X11HudPanel::mainScreenVisibleFrame() const
 
 void X11HudPanel::setFrame(const PanelRect& frame)
 {
+    frame_ = QRectF(frame.x, frame.y, frame.width, frame.height);
+    if (const auto screen = mainScreenVisibleFrame())
+        view_.setWidestPill(std::max(frame.width, screen->width - 2 * HudView::shadowMargin));
+    place();
+}
+
+/// A capsule that is wider than the frame widens the window on both sides alike.
+void X11HudPanel::place()
+{
     constexpr int margin = HudView::shadowMargin;
-    const QRect inner = QRectF(frame.x, frame.y, frame.width, frame.height).toRect();
+    const qreal more = std::max((view_.neededWidth() - frame_.width()) / 2, 0.0);
+    const QRect inner = frame_.adjusted(-more, 0, more, 0).toRect();
     view_.setGeometry(inner.adjusted(-margin, -margin, margin, margin));
 }
 

@@ -15,6 +15,9 @@ namespace corvandi {
 /// along the capsule and simply visible. Which of both it is is decided whenever the panel is ordered
 /// front, as compositors come and go.
 ///
+/// The window is as large as the panel's frame and the room for the shadow; a message that does not fit
+/// there widens it on both sides, up to the width of the screen.
+///
 /// Thread: main thread only. The model outlives the panel.
 class X11HudPanel : public HUDPanel {
 public:
@@ -30,10 +33,13 @@ public:
     [[nodiscard]] HudView& view() { return view_; }
 
 private:
+    void place();
     void adaptToDesktop();
     void updateMask();
 
     HudView view_;
+    /// Where the panel was told to stand.
+    QRectF frame_;
     QVariantAnimation fade_;
     bool isComposited_ = false;
 };
