@@ -3,6 +3,26 @@
 #include "support/event_loop.h"
 
 namespace corvandi::testing {
+namespace {
+
+/// Passwords are the only secure fields, so that their subrole need not be listed.
+std::optional<QString> expectedSubrole(const ExpectedField& field)
+{
+    if (field.target == FocusTarget::secure)
+        return QStringLiteral("AXSecureTextField");
+    return field.subrole ? std::optional(QString(QLatin1String(field.subrole))) : std::nullopt;
+}
+
+std::string description(const std::optional<FocusedElement>& element)
+{
+    if (!element)
+        return "unknown";
+    const QString none = QStringLiteral("none");
+    return "role " + element->role.value_or(none).toStdString() + ", subrole " +
+           element->subrole.value_or(none).toStdString();
+}
+
+} // namespace
 
 DesktopFocus::DesktopFocus(SystemLog& log)
     : activeProcess_(log)
@@ -36,6 +56,15 @@ bool FocusTest::becomes(FocusTarget target)
 bool FocusTest::isActive(const TargetApplication& application)
 {
     return waitUntil([&] { return desktop.activeProcess() == application.process(); });
+}
+
+void FocusTest::expectRecognised(const ExpectedField& field)
+{
+    EXPECT_TRUE(waitUntil([&] {
+        const auto element = desktop.focusedElement();
+        return element && element->role == QLatin1String(field.role) &&
+               element->subrole == expectedSubrole(field) && inspector.currentTarget() == field.target;
+    })) << description(desktop.focusedElement());
 }
 
 } // namespace corvandi::testing

@@ -25,6 +25,14 @@ private:
     AtSpiFocus focus_;
 };
 
+/// A field and what is to be found out about it.
+struct ExpectedField {
+    const char* name;
+    FocusTarget target;
+    const char* role;
+    const char* subrole = nullptr;
+};
+
 class FocusTest : public ::testing::Test {
 protected:
     /// Starts a window with one field of each kind and waits until its first one, "line", has the focus.
@@ -34,6 +42,8 @@ protected:
     /// Reads again and again until the focused element is such a one.
     [[nodiscard]] bool becomes(FocusTarget target);
     [[nodiscard]] bool isActive(const TargetApplication& application);
+    /// Reads again and again until everything about the focused element is as expected.
+    void expectRecognised(const ExpectedField& field);
 
     RecordingLog log;
     DesktopFocus desktop{log};
