@@ -5,6 +5,7 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusVariant>
+#include <QElapsedTimer>
 #include <QFile>
 
 #include <csignal>
@@ -12,7 +13,11 @@
 namespace corvandi::testing {
 namespace {
 
+using std::chrono::milliseconds;
 using std::chrono::seconds;
+
+/// Less than a bus is waited for, with room for what else the machine does.
+constexpr milliseconds withoutWaiting{250};
 
 /// The program that starts the accessibility bus for whoever asks for it, and the bus, its only child.
 class BusStarter {
@@ -47,6 +52,32 @@ private:
         return QDBusConnection::sessionBus().call(call).type() == QDBusMessage::ReplyMessage;
     }
 };
+
+/// A process that neither runs nor ends while this object lives.
+class Stopped {
+public:
+    explicit Stopped(pid_t process)
+        : process_(process)
+    {
+        EXPECT_TRUE(process_ > 1 && ::kill(process_, SIGSTOP) == 0);
+    }
+    ~Stopped() { ::kill(process_, SIGCONT); }
+
+    Stopped(const Stopped&) = delete;
+    Stopped& operator=(const Stopped&) = delete;
+
+private:
+    pid_t process_;
+};
+
+template<class Action>
+milliseconds timeOf(Action action)
+{
+    QElapsedTimer timer;
+    timer.start();
+    action();
+    return milliseconds(timer.elapsed());
+}
 
 class BusLossTest : public FocusTest {
 protected:
@@ -131,6 +162,54 @@ TEST_F(BusLossTest, AnotherRegistryIsToldToAnnounceTheFocus)
     ASSERT_TRUE(waitUntil([&] { return registryProcess() > 0 && registryProcess() != former; }))
         << "nobody started another one";
     expectTrackingOfNewApplications();
+}
+
+TEST_F(BusLossTest, ABusThatHangsHoldsUpNeitherReadingNorEnding)
+{
+    ASSERT_TRUE(BusStarter::enable());
+    const auto text = startQtFields(QStringLiteral("text"));
+    auto late = std::make_unique<DesktopFocus>(log);
+    ASSERT_TRUE(waitUntil([&] { return late->focusedElement().has_value(); }));
+    {
+        const Stopped bus(BusStarter::busProcess());
+        for (int i = 0; i < 100; ++i) {
+            EXPECT_LT(timeOf([&] { (void)late->focusedElement(); }), withoutWaiting);
+            EXPECT_EQ(inspector.currentTarget(), FocusTarget::editable) << "it keeps what it knew";
+            runFor(milliseconds(5));
+        }
+        EXPECT_LT(timeOf([&] { late.reset(); }), withoutWaiting);
+    }
+    pressKey(QStringLiteral("Tab"));
+    ASSERT_TRUE(text->hasFocusOn(QStringLiteral("password")));
+    EXPECT_TRUE(becomes(FocusTarget::secure)) << "what happens when it goes on is followed";
+}
+
+TEST_F(BusLossTest, AnApplicationThatIsStartedWhileTheBusHangsIsUnknown)
+{
+    ASSERT_TRUE(BusStarter::enable());
+    const auto text = startQtFields(QStringLiteral("text"));
+    ASSERT_TRUE(becomes(FocusTarget::editable));
+    const Stopped bus(BusStarter::busProcess());
+    const TargetApplication bare(QStringLiteral(BARE_WINDOW), {QStringLiteral("bare")});
+    ASSERT_TRUE(isActive(bare));
+    EXPECT_EQ(inspector.currentTarget(), FocusTarget::unknown);
+}
+
+TEST_F(BusLossTest, ABusThatHangsWhenTheTrackingBeginsHoldsUpNothingAndIsUsedWhenItGoesOn)
+{
+    ASSERT_TRUE(BusStarter::enable());
+    const auto text = startQtFields(QStringLiteral("text"));
+    auto hung = std::make_unique<Stopped>(BusStarter::busProcess());
+    auto early = std::make_unique<DesktopFocus>(log);
+    DesktopFocus late(log);
+    ASSERT_TRUE(waitUntil([&] { return log.contains(QStringLiteral("it does not answer")); }));
+    EXPECT_EQ(late.focusedElement(), std::nullopt);
+    EXPECT_LT(timeOf([&] { early.reset(); }), withoutWaiting);
+    EXPECT_LT(timeOf([] { EXPECT_GT(BusStarter::process(), 0); }), seconds(1))
+        << "other buses wait together with this one";
+
+    hung.reset();
+    EXPECT_TRUE(waitUntil([&] { return FocusInspector(late).currentTarget() == FocusTarget::editable; }));
 }
 
 } // namespace
