@@ -1,12 +1,8 @@
 #include "platform/focus/focus_fixture.h"
-#include "platform/linux/focus/focus_tracker.h"
 #include "support/event_loop.h"
 
 namespace corvandi::testing {
 namespace {
-
-using std::chrono::milliseconds;
-using std::chrono::seconds;
 
 const std::vector<ExpectedField> qtFields{
     {"line", FocusTarget::editable, "AXTextField"},
@@ -57,21 +53,14 @@ protected:
         }
     }
 
-    /// Until then the tracking looks at the active window by itself, and an application that starts in
-    /// the same moment may not know yet that it is to announce the focus.
-    static void waitUntilTrackingHasBegun()
-    {
-        runFor(FocusTracker::secondRegistrationDelay + milliseconds(500));
-    }
-
-    /// Reads only once, so that no reading can have helped to find the answer.
     void expectKnownWithoutBeingAsked(TargetApplication& application)
     {
         pressKey(QStringLiteral("Tab"));
         ASSERT_TRUE(application.hasFocusOn(QStringLiteral("password")));
-        runFor(seconds(1));
-        EXPECT_EQ(inspector.currentTarget(), FocusTarget::secure);
+        EXPECT_TRUE(unasked.becomes(application, FocusTarget::secure));
     }
+
+    UnaskedFocus unasked{log};
 };
 
 TEST_F(FieldTest, EachFieldOfAQtWindowIsRecognised)
@@ -96,21 +85,18 @@ TEST_F(FieldTest, EachFieldOfAGtk4WindowIsRecognised)
 
 TEST_F(FieldTest, TheFocusInAQtWindowIsKnownWithoutBeingAskedFor)
 {
-    waitUntilTrackingHasBegun();
     const auto application = startQtFields(QStringLiteral("qt"));
     expectKnownWithoutBeingAsked(*application);
 }
 
 TEST_F(FieldTest, TheFocusInAGtk3WindowIsKnownWithoutBeingAskedFor)
 {
-    waitUntilTrackingHasBegun();
     const auto application = startGtkFields(QStringLiteral("3.0"), QStringLiteral("gtk3"));
     expectKnownWithoutBeingAsked(*application);
 }
 
 TEST_F(FieldTest, TheFocusInAGtk4WindowIsKnownWithoutBeingAskedFor)
 {
-    waitUntilTrackingHasBegun();
     const auto application = startGtkFields(QStringLiteral("4.0"), QStringLiteral("gtk4"));
     expectKnownWithoutBeingAsked(*application);
 }

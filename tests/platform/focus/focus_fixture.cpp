@@ -1,5 +1,6 @@
 #include "platform/focus/focus_fixture.h"
 
+#include "platform/linux/focus/focus_worker.h"
 #include "support/event_loop.h"
 
 namespace corvandi::testing {
@@ -22,7 +23,52 @@ std::string description(const std::optional<FocusedElement>& element)
            element->subrole.value_or(none).toStdString();
 }
 
+class CachedElement : public FocusedElementReader {
+public:
+    CachedElement(const FocusCache& cache, pid_t process)
+        : cache_(cache)
+        , process_(process)
+    {
+    }
+    [[nodiscard]] std::optional<FocusedElement> focusedElement() override
+    {
+        return cache_.elementOf(process_);
+    }
+
+private:
+    const FocusCache& cache_;
+    pid_t process_;
+};
+
 } // namespace
+
+UnaskedFocus::UnaskedFocus(SystemLog& log)
+    : worker_(std::make_unique<FocusWorker>(cache_, log).release())
+{
+    worker_->moveToThread(&thread_);
+    QObject::connect(&thread_, &QThread::started, worker_, &FocusWorker::start);
+    QObject::connect(&thread_, &QThread::finished, worker_, &QObject::deleteLater);
+    thread_.start();
+}
+
+UnaskedFocus::~UnaskedFocus()
+{
+    thread_.requestInterruption();
+    thread_.quit();
+    thread_.wait();
+}
+
+bool UnaskedFocus::knows(const TargetApplication& application) const
+{
+    return cache_.elementOf(application.process()).has_value();
+}
+
+bool UnaskedFocus::becomes(const TargetApplication& application, FocusTarget target) const
+{
+    CachedElement element(cache_, application.process());
+    return waitUntil([&] { return FocusInspector(element).currentTarget() == target; },
+                     std::chrono::seconds(20));
+}
 
 DesktopFocus::DesktopFocus(SystemLog& log)
     : activeProcess_(log)

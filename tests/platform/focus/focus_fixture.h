@@ -4,11 +4,18 @@
 #include "platform/focus/target_application.h"
 #include "platform/linux/focus/active_window_process.h"
 #include "platform/linux/focus/at_spi_focus.h"
+#include "platform/linux/focus/focus_cache.h"
 #include "support/recording_log.h"
 
 #include <gmock/gmock.h>
 
+#include <QThread>
+
 #include <memory>
+
+namespace corvandi {
+class FocusWorker;
+}
 
 namespace corvandi::testing {
 
@@ -23,6 +30,27 @@ public:
 private:
     ActiveWindowProcess activeProcess_;
     AtSpiFocus focus_;
+};
+
+/// The notes of a worker whom nobody ever asks for the focus, so that no question can have helped to find
+/// the answer.
+class UnaskedFocus {
+public:
+    explicit UnaskedFocus(SystemLog& log);
+    ~UnaskedFocus();
+
+    UnaskedFocus(const UnaskedFocus&) = delete;
+    UnaskedFocus& operator=(const UnaskedFocus&) = delete;
+
+    [[nodiscard]] bool knows(const TargetApplication& application) const;
+    /// Waits, with patience for a busy machine, until they say so about that application.
+    [[nodiscard]] bool becomes(const TargetApplication& application, FocusTarget target) const;
+
+private:
+    FocusCache cache_;
+    QThread thread_;
+    /// Lives on the thread, which destroys it when it ends.
+    FocusWorker* worker_;
 };
 
 /// A field and what is to be found out about it.
