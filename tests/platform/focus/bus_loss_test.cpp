@@ -5,6 +5,7 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusVariant>
+#include <QElapsedTimer>
 #include <QFile>
 
 #include <csignal>
@@ -12,7 +13,11 @@
 namespace corvandi::testing {
 namespace {
 
+using std::chrono::milliseconds;
 using std::chrono::seconds;
+
+/// Less than a bus is waited for, with room for what else the machine does.
+constexpr milliseconds withoutWaiting{250};
 
 /// The program that starts the accessibility bus for whoever asks for it, and the bus, its only child.
 class BusStarter {
@@ -48,6 +53,32 @@ private:
     }
 };
 
+/// A process that neither runs nor ends while this object lives.
+class Stopped {
+public:
+    explicit Stopped(pid_t process)
+        : process_(process)
+    {
+        EXPECT_TRUE(process_ > 1 && ::kill(process_, SIGSTOP) == 0);
+    }
+    ~Stopped() { ::kill(process_, SIGCONT); }
+
+    Stopped(const Stopped&) = delete;
+    Stopped& operator=(const Stopped&) = delete;
+
+private:
+    pid_t process_;
+};
+
+template<class Action>
+milliseconds timeOf(Action action)
+{
+    QElapsedTimer timer;
+    timer.start();
+    action();
+    return milliseconds(timer.elapsed());
+}
+
 class BusLossTest : public FocusTest {
 protected:
     [[nodiscard]] bool saysThatTheBusIsLost()
@@ -56,6 +87,13 @@ protected:
     }
 
     [[nodiscard]] static bool kill(pid_t process) { return process > 1 && ::kill(process, SIGKILL) == 0; }
+
+    /// Returns when the program that started it has ended, too: what it is told until then is lost.
+    [[nodiscard]] static bool killBus()
+    {
+        const pid_t starter = BusStarter::process();
+        return kill(BusStarter::busProcess()) && waitUntil([&] { return BusStarter::process() != starter; });
+    }
 
     [[nodiscard]] static pid_t registryProcess()
     {
@@ -77,18 +115,19 @@ protected:
         const auto password = startQtFields(QStringLiteral("password"));
         pressKey(QStringLiteral("Tab"));
         ASSERT_TRUE(password->hasFocusOn(QStringLiteral("password")));
-        // Read only once, so that no reading can have helped to find the answer, and late enough for a
-        // busy machine.
-        runFor(seconds(8));
-        EXPECT_EQ(inspector.currentTarget(), FocusTarget::secure);
+        EXPECT_TRUE(unasked.becomes(*password, FocusTarget::secure));
+        EXPECT_TRUE(becomes(FocusTarget::secure));
     }
+
+    RecordingLog unaskedLog;
+    UnaskedFocus unasked{unaskedLog};
 };
 
 TEST_F(BusLossTest, WhenTheBusDiesTheFocusIsUnknownAndTheLogSaysSoOnce)
 {
     const auto text = startQtFields(QStringLiteral("text"));
     ASSERT_TRUE(becomes(FocusTarget::editable));
-    ASSERT_TRUE(kill(BusStarter::busProcess()));
+    ASSERT_TRUE(killBus());
 
     ASSERT_TRUE(saysThatTheBusIsLost());
     EXPECT_EQ(inspector.currentTarget(), FocusTarget::unknown);
@@ -101,7 +140,7 @@ TEST_F(BusLossTest, WhenTheBusIsBackTheTrackingGoesOn)
     ASSERT_TRUE(BusStarter::enable());
     const auto text = startQtFields(QStringLiteral("text"));
     ASSERT_TRUE(becomes(FocusTarget::editable));
-    ASSERT_TRUE(kill(BusStarter::busProcess()));
+    ASSERT_TRUE(killBus());
     ASSERT_TRUE(saysThatTheBusIsLost());
 
     expectTrackingOfNewApplications();
@@ -131,6 +170,57 @@ TEST_F(BusLossTest, AnotherRegistryIsToldToAnnounceTheFocus)
     ASSERT_TRUE(waitUntil([&] { return registryProcess() > 0 && registryProcess() != former; }))
         << "nobody started another one";
     expectTrackingOfNewApplications();
+}
+
+TEST_F(BusLossTest, ABusThatHangsHoldsUpNeitherReadingNorEnding)
+{
+    ASSERT_TRUE(BusStarter::enable());
+    const auto text = startQtFields(QStringLiteral("text"));
+    auto late = std::make_unique<DesktopFocus>(log);
+    ASSERT_TRUE(becomes(FocusTarget::editable));
+    ASSERT_TRUE(waitUntil([&] { return late->focusedElement().has_value(); }));
+    {
+        const Stopped bus(BusStarter::busProcess());
+        milliseconds longest(0);
+        for (int i = 0; i < 100; ++i) {
+            longest = std::max(longest, timeOf([&] { (void)late->focusedElement(); }));
+            runFor(milliseconds(5));
+        }
+        EXPECT_LT(longest, withoutWaiting);
+        EXPECT_EQ(FocusInspector(*late).currentTarget(), FocusTarget::editable) << "it keeps what it knew";
+        EXPECT_LT(timeOf([&] { late.reset(); }), withoutWaiting);
+    }
+    pressKey(QStringLiteral("Tab"));
+    ASSERT_TRUE(text->hasFocusOn(QStringLiteral("password")));
+    EXPECT_TRUE(becomes(FocusTarget::secure)) << "what happens when it goes on is followed";
+}
+
+TEST_F(BusLossTest, AnApplicationThatIsStartedWhileTheBusHangsIsUnknown)
+{
+    ASSERT_TRUE(BusStarter::enable());
+    const auto text = startQtFields(QStringLiteral("text"));
+    ASSERT_TRUE(becomes(FocusTarget::editable));
+    const Stopped bus(BusStarter::busProcess());
+    const TargetApplication bare(QStringLiteral(BARE_WINDOW), {QStringLiteral("bare")});
+    ASSERT_TRUE(isActive(bare));
+    EXPECT_EQ(inspector.currentTarget(), FocusTarget::unknown);
+}
+
+TEST_F(BusLossTest, ABusThatHangsWhenTheTrackingBeginsHoldsUpNothingAndIsUsedWhenItGoesOn)
+{
+    ASSERT_TRUE(BusStarter::enable());
+    const auto text = startQtFields(QStringLiteral("text"));
+    auto hung = std::make_unique<Stopped>(BusStarter::busProcess());
+    auto early = std::make_unique<DesktopFocus>(log);
+    DesktopFocus late(log);
+    ASSERT_TRUE(waitUntil([&] { return log.contains(QStringLiteral("it does not answer")); }));
+    EXPECT_EQ(late.focusedElement(), std::nullopt);
+    EXPECT_LT(timeOf([&] { early.reset(); }), withoutWaiting);
+    EXPECT_LT(timeOf([] { EXPECT_GT(BusStarter::process(), 0); }), seconds(1))
+        << "other buses wait together with this one";
+
+    hung.reset();
+    EXPECT_TRUE(waitUntil([&] { return FocusInspector(late).currentTarget() == FocusTarget::editable; }));
 }
 
 } // namespace

@@ -4,11 +4,18 @@
 #include "platform/focus/target_application.h"
 #include "platform/linux/focus/active_window_process.h"
 #include "platform/linux/focus/at_spi_focus.h"
+#include "platform/linux/focus/focus_cache.h"
 #include "support/recording_log.h"
 
 #include <gmock/gmock.h>
 
+#include <QThread>
+
 #include <memory>
+
+namespace corvandi {
+class FocusWorker;
+}
 
 namespace corvandi::testing {
 
@@ -25,6 +32,35 @@ private:
     AtSpiFocus focus_;
 };
 
+/// The notes of a worker whom nobody ever asks for the focus, so that no question can have helped to find
+/// the answer.
+class UnaskedFocus {
+public:
+    explicit UnaskedFocus(SystemLog& log);
+    ~UnaskedFocus();
+
+    UnaskedFocus(const UnaskedFocus&) = delete;
+    UnaskedFocus& operator=(const UnaskedFocus&) = delete;
+
+    [[nodiscard]] bool knows(const TargetApplication& application) const;
+    /// Waits, with patience for a busy machine, until they say so about that application.
+    [[nodiscard]] bool becomes(const TargetApplication& application, FocusTarget target) const;
+
+private:
+    FocusCache cache_;
+    QThread thread_;
+    /// Lives on the thread, which destroys it when it ends.
+    FocusWorker* worker_;
+};
+
+/// A field and what is to be found out about it.
+struct ExpectedField {
+    const char* name;
+    FocusTarget target;
+    const char* role;
+    const char* subrole = nullptr;
+};
+
 class FocusTest : public ::testing::Test {
 protected:
     /// Starts a window with one field of each kind and waits until its first one, "line", has the focus.
@@ -34,6 +70,8 @@ protected:
     /// Reads again and again until the focused element is such a one.
     [[nodiscard]] bool becomes(FocusTarget target);
     [[nodiscard]] bool isActive(const TargetApplication& application);
+    /// Reads again and again until everything about the focused element is as expected.
+    void expectRecognised(const ExpectedField& field);
 
     RecordingLog log;
     DesktopFocus desktop{log};

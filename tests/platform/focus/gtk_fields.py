@@ -12,9 +12,6 @@ from gi.repository import GLib, Gtk  # noqa: E402
 
 
 def fields():
-    password = Gtk.Entry() if version == "3.0" else Gtk.PasswordEntry()
-    if version == "3.0":
-        password.set_visibility(False)
     area = Gtk.TextView()
     area.set_accepts_tab(False)
     read_only_area = Gtk.TextView()
@@ -24,25 +21,30 @@ def fields():
     read_only_line.set_editable(False)
     label = Gtk.Label(label="to be read")
     label.set_selectable(True)
+    hidden = Gtk.Entry()
+    hidden.set_visibility(False)
+    editable_box = Gtk.ComboBoxText.new_with_entry()
+    editable_box.append_text("one")
+    list_box = Gtk.ComboBoxText()
+    list_box.append_text("one")
     return {
         "line": Gtk.Entry(),
-        "password": password,
+        # Version 3 knows passwords as entries that hide their characters only.
+        "password": hidden if version == "3.0" else Gtk.PasswordEntry(),
         "area": area,
         "search": Gtk.SearchEntry(),
+        "editable-box": editable_box,
+        "list-box": list_box,
         "number": Gtk.SpinButton.new_with_range(0, 9, 1),
         "read-only-line": read_only_line,
         "read-only-area": read_only_area,
         "label": label,
+        "check": Gtk.CheckButton(label="Check"),
         "button": Gtk.Button(label="Press"),
-    }
+    } | ({} if version == "3.0" else {"hidden-line": hidden})
 
 
-def report(widget, _property, name):
-    if widget.has_focus():
-        print("focus", name, flush=True)
-
-
-def report_version_4(window, _property, names):
+def report(window, names):
     """A window has a focus widget before it gets any keys."""
     widget = window.get_focus()
     while widget is not None and widget not in names:
@@ -56,18 +58,15 @@ def main():
     names = {}
     for name, widget in fields().items():
         names[widget] = name
-        if version == "3.0":
-            widget.connect("notify::has-focus", report, name)
-            box.add(widget)
-        else:
-            box.append(widget)
+        box.add(widget) if version == "3.0" else box.append(widget)
     window = Gtk.Window(title=sys.argv[2])
+    window.connect("notify::is-active", lambda *_: report(window, names))
     if version == "3.0":
+        window.connect_after("set-focus", lambda *_: report(window, names))
         window.add(box)
         window.show_all()
     else:
-        window.connect("notify::focus-widget", report_version_4, names)
-        window.connect("notify::is-active", report_version_4, names)
+        window.connect("notify::focus-widget", lambda *_: report(window, names))
         window.set_child(box)
         window.present()
     GLib.MainLoop().run()

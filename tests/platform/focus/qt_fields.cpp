@@ -1,6 +1,7 @@
 // A window with one field of each kind. Says on its standard output which one has the focus.
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -28,6 +29,7 @@ public:
         add(readOnlyLine_, "read-only-line");
         add(readOnlyArea_, "read-only-area");
         add(label_, "label");
+        add(check_, "check");
         add(button_, "button");
         password_.setEchoMode(QLineEdit::Password);
         area_.setTabChangesFocus(true);
@@ -59,6 +61,7 @@ private:
     QLineEdit readOnlyLine_;
     QPlainTextEdit readOnlyArea_;
     QLabel label_;
+    QCheckBox check_;
     QPushButton button_;
 };
 

@@ -40,7 +40,16 @@ TEST(ApplicationIdentity, TheApplicationIdentifierOfAWindowComesBeforeItsClass)
 {
     FrontWindow window = windowOfClass("Editor");
     window.gtkApplicationId = text("org.example.TextEditor");
-    EXPECT_EQ(idOf(window, {entry("editor", "Editor")}), text("org.example.TextEditor"));
+    EXPECT_EQ(idOf(window, {entry("editor", "Editor"), entry("org.example.TextEditor")}),
+              text("org.example.TextEditor"));
+    EXPECT_EQ(idOf(window, {}), text("org.example.TextEditor"));
+}
+
+TEST(ApplicationIdentity, AnApplicationIdentifierThatNoDesktopFileBearsYieldsToTheClass)
+{
+    FrontWindow window = windowOfClass("Editor");
+    window.gtkApplicationId = text("org.example.TextEditor");
+    EXPECT_EQ(idOf(window, {entry("editor", "Editor")}), text("editor"));
 }
 
 TEST(ApplicationIdentity, TheDeclaredClassComesBeforeFileNamesAndExecutables)
@@ -110,6 +119,23 @@ TEST(ApplicationIdentity, TheFileManagerIsKnownByItsApplicationIdentifierToo)
     FrontWindow window;
     window.gtkApplicationId = text("org.example.Files");
     EXPECT_EQ(idOf(window, {entry("org.example.Files")}, text("org.example.Files")), fileManagerIdentifier);
+}
+
+TEST(ApplicationIdentity, AHiddenEntryThatOpensFoldersStandsForTheProgramThatItStarts)
+{
+    DesktopEntry opener = entry("files-folder-handler", "", "files");
+    opener.noDisplay = true;
+    const std::vector<DesktopEntry> entries{opener, entry("files", "Files", "files"),
+                                            entry("editor", "Editor", "editor")};
+    EXPECT_EQ(idOf(windowOfClass("Files"), entries, opener.id), fileManagerIdentifier);
+    EXPECT_EQ(idOf(windowOfClass("Editor"), entries, opener.id), text("editor"));
+}
+
+TEST(ApplicationIdentity, AnEntryThatOpensFoldersAndThatMenusShowStandsForItselfOnly)
+{
+    const std::vector<DesktopEntry> entries{entry("files", "Files", "runtime"),
+                                            entry("game", "Game", "runtime")};
+    EXPECT_EQ(idOf(windowOfClass("Game"), entries, text("files")), text("game"));
 }
 
 TEST(ApplicationIdentity, TheDesktopItselfIsTheFileManager)

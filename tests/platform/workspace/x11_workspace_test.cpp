@@ -54,7 +54,11 @@ private:
 
 class X11WorkspaceTest : public ::testing::Test {
 protected:
-    void TearDown() override { QFile::remove(userEntry()); }
+    void TearDown() override
+    {
+        QFile::remove(userEntry());
+        QFile::remove(userDefaults());
+    }
 
     [[nodiscard]] static QString applicationsFolder()
     {
@@ -70,6 +74,16 @@ protected:
         QFile file(userEntry());
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write("[Desktop Entry]\nType=Application\nName=Peer\nExec=peer\n" + keys);
+    }
+    [[nodiscard]] static QString userDefaults()
+    {
+        return qEnvironmentVariable("XDG_CONFIG_HOME") + QStringLiteral("/mimeapps.list");
+    }
+    static void openFoldersWith(const QByteArray& desktopFile)
+    {
+        QFile file(userDefaults());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("[Default Applications]\ninode/directory=" + desktopFile + '\n');
     }
     bool showsAs(const QString& identifier)
     {
@@ -154,6 +168,34 @@ TEST_F(X11WorkspaceTest, TheDefaultHandlerOfFoldersIsTheFileManager)
     Program peer(text(WINDOW_PEER), {text("--class"), text("Peer")});
     ASSERT_TRUE(isShown(peer));
     installUserEntry("StartupWMClass=Peer\nMimeType=inode/directory;\nCategories=FileManager;\n");
+    EXPECT_TRUE(showsAs(fileManagerIdentifier));
+}
+
+TEST_F(X11WorkspaceTest, TheFileManagerThatOpensFoldersIsNotJustAnyApplication)
+{
+    openFoldersWith("pcmanfm.desktop");
+    const Program files(text("pcmanfm"), {QDir::homePath()});
+    EXPECT_TRUE(showsAs(fileManagerIdentifier));
+}
+
+TEST_F(X11WorkspaceTest, AFileManagerWhoseWindowsBearAnotherNameThanItsDesktopFileIsKnown)
+{
+    openFoldersWith("thunar.desktop");
+    const Program files(text("thunar"), {QDir::homePath()});
+    EXPECT_TRUE(showsAs(fileManagerIdentifier));
+}
+
+TEST_F(X11WorkspaceTest, AFileManagerThatDoesNotOpenFoldersIsAnApplicationLikeOthers)
+{
+    openFoldersWith("thunar.desktop");
+    const Program files(text("pcmanfm"), {QDir::homePath()});
+    EXPECT_TRUE(showsAs(text("pcmanfm")));
+}
+
+TEST_F(X11WorkspaceTest, TheDesktopThatAFileManagerDrawsIsTheFileManagerWhicheverOpensFolders)
+{
+    openFoldersWith("thunar.desktop");
+    const Program desktop(text("pcmanfm"), {text("--desktop")});
     EXPECT_TRUE(showsAs(fileManagerIdentifier));
 }
 

@@ -8,6 +8,9 @@ namespace {
 /// A bus that has just died needs a moment until its starter notices and can start another one.
 constexpr std::chrono::milliseconds settlingTime{500};
 
+/// One that lives answers within milliseconds, on a busy machine within some hundred.
+constexpr std::chrono::seconds greetingTime{2};
+
 } // namespace
 
 FocusWorker::FocusWorker(FocusCache& cache, SystemLog& log)
@@ -25,7 +28,7 @@ FocusWorker::~FocusWorker()
 void FocusWorker::start()
 {
     finder_ = std::make_unique<AccessibilityBusFinder>();
-    connect(finder_.get(), &AccessibilityBusFinder::found, this, &FocusWorker::connectTo);
+    connect(finder_.get(), &AccessibilityBusFinder::found, this, &FocusWorker::greet);
     connect(finder_.get(), &AccessibilityBusFinder::failed, this, &FocusWorker::complain);
     look();
 }
@@ -51,11 +54,21 @@ void FocusWorker::serveRequest()
         look();
 }
 
-void FocusWorker::connectTo(const QString& address)
+void FocusWorker::greet(const QString& address)
 {
     if (tracker_ && address == address_)
         return;
     disconnectFromBus();
+    greeting_ = std::make_unique<BusGreeting>(address);
+    connect(greeting_.get(), &BusGreeting::answered, this, &FocusWorker::connectTo);
+    connect(greeting_.get(), &BusGreeting::failed, this, &FocusWorker::complain);
+    QTimer::singleShot(greetingTime, greeting_.get(),
+                       [this] { complain(QStringLiteral("it does not answer")); });
+}
+
+void FocusWorker::connectTo(const QString& address)
+{
+    greeting_.release()->deleteLater();
     QDBusConnection bus = QDBusConnection::connectToBus(address, connectionName_);
     if (!bus.isConnected()) {
         complain(bus.lastError().message());
@@ -79,6 +92,7 @@ void FocusWorker::busLost()
 
 void FocusWorker::disconnectFromBus()
 {
+    greeting_.reset();
     tracker_.reset();
     QDBusConnection::disconnectFromBus(connectionName_);
     cache_.clear();

@@ -2,6 +2,7 @@
 
 #include "base/system_log.h"
 #include "platform/linux/focus/accessibility_bus_finder.h"
+#include "platform/linux/focus/bus_greeting.h"
 #include "platform/linux/focus/focus_tracker.h"
 
 #include <atomic>
@@ -13,8 +14,9 @@ namespace corvandi {
 /// lives, and connects again when it has come back. The log gets one line for each time that it is out
 /// of reach.
 ///
-/// While the bus is away, nothing polls: it is looked for when the program that starts it appears, and
-/// when somebody asks for the focus, at most every `lookInterval`.
+/// A bus that hangs when it is found is connected to when it goes on. While the bus is away, nothing polls:
+/// it is looked for when the program that starts it appears, and when somebody asks for the focus, at most
+/// every `lookInterval`.
 class FocusWorker : public QObject {
     Q_OBJECT
 
@@ -40,6 +42,7 @@ private Q_SLOTS:
 private:
     void serveRequest();
     void look();
+    void greet(const QString& address);
     void connectTo(const QString& address);
     void disconnectFromBus();
     void complain(const QString& reason);
@@ -49,6 +52,7 @@ private:
     QString connectionName_;
     QString address_;
     std::unique_ptr<AccessibilityBusFinder> finder_;
+    std::unique_ptr<BusGreeting> greeting_;
     std::unique_ptr<FocusTracker> tracker_;
     QDeadlineTimer nextLook_;
     bool complained_ = false;

@@ -47,17 +47,30 @@ QString nameWithoutDesktopFile(const FrontWindow& window)
     return executable.isEmpty() ? window.windowClass : executable;
 }
 
+/// Some programs give their windows an application identifier that is not the name of their desktop file.
 const DesktopEntry* entryOf(const FrontWindow& window, const DesktopIndex& applications)
 {
-    return window.gtkApplicationId.isEmpty() ? applications.withWindowClass(window.windowClass)
-                                             : applications.withId(window.gtkApplicationId);
+    const DesktopEntry* entry = applications.withId(window.gtkApplicationId);
+    return entry ? entry : applications.withWindowClass(window.windowClass);
 }
 
 QString idOf(const FrontWindow& window, const DesktopEntry* entry)
 {
-    if (!window.gtkApplicationId.isEmpty())
-        return window.gtkApplicationId;
-    return entry ? entry->id : nameWithoutDesktopFile(window);
+    if (entry)
+        return entry->id;
+    return window.gtkApplicationId.isEmpty() ? nameWithoutDesktopFile(window) : window.gtkApplicationId;
+}
+
+/// Some file managers have an entry of their own for opening folders, which menus hide: it stands for the
+/// program that it starts.
+bool isFileManager(const QString& id, const DesktopEntry* entry, const DesktopIndex& applications)
+{
+    const QString& fileManager = applications.fileManagerId();
+    if (fileManager.isEmpty() || id == fileManager)
+        return !fileManager.isEmpty();
+    const DesktopEntry* opener = applications.withId(fileManager);
+    return entry && opener && opener->noDisplay && !opener->executable.isEmpty() &&
+           entry->executable == opener->executable;
 }
 
 } // namespace
@@ -71,8 +84,7 @@ ApplicationIdentity identify(const FrontWindow& window, const DesktopIndex& appl
                                   : isBareTerminal(window.windowClass);
     ApplicationIdentity identity{idOf(window, entry),
                                  isTerminal ? ApplicationKind::terminal : ApplicationKind::ordinary};
-    const QString& fileManager = applications.fileManagerId();
-    if (!fileManager.isEmpty() && identity.id == fileManager)
+    if (isFileManager(identity.id, entry, applications))
         identity.id = fileManagerIdentifier;
     return identity;
 }

@@ -19,8 +19,9 @@ struct ApplicationIdentity {
 /// rules about where text may be inserted know.
 inline const QString fileManagerIdentifier = QStringLiteral("com.apple.finder");
 
-/// Tells the application of a window: by the application identifier that it carries, by its class
-/// among the installed applications, by its executable's name, at last by the bare class.
+/// Tells the application of a window: by the application identifier that it carries or by its class among
+/// the installed applications, else by that identifier alone, by its executable's name, at last by the
+/// bare class.
 [[nodiscard]] ApplicationIdentity identify(const FrontWindow& window, const DesktopIndex& applications);
 
 } // namespace corvandi
