@@ -5,6 +5,7 @@
 //   desktop/desktop with audio=pulse -- build/release/bench/dictation_latency build/release/src/app/corvandi
 
 #include "harness/keyboard.h"
+#include "harness/preferences.h"
 #include "harness/program.h"
 #include "harness/recordings.h"
 #include "harness/target_application.h"
@@ -110,6 +111,7 @@ void measureAll(const std::string& command, int count)
     const std::filesystem::path folder = std::filesystem::temp_directory_path() / "corvandi-latency";
     std::filesystem::create_directories(folder);
     const TargetApplication terminal(TargetApplication::Kind::terminal, folder);
+    writePreferences();
     const Program program({command}, folder / "corvandi.log");
     program.waitForLine("Corvandi: ready");
     std::printf("load %s\n\n", loadAverage().c_str());

@@ -3,6 +3,7 @@
 // Pictures of the screen go into FOLDER.
 
 #include "harness/keyboard.h"
+#include "harness/preferences.h"
 #include "harness/program.h"
 #include "harness/recordings.h"
 #include "harness/target_application.h"
@@ -72,6 +73,7 @@ int demonstrate(const std::string& command, const std::filesystem::path& picture
     std::filesystem::create_directories(pictures);
     const Recording recording = recordings::moreAmiable();
     const TargetApplication terminal(TargetApplication::Kind::terminal, pictures);
+    writePreferences();
     const Program program({command}, pictures / "corvandi.log");
     program.waitForLine("Corvandi: ready");
     std::cout << "Corvandi is running; holding Alt+Space and speaking." << std::endl;

@@ -7,19 +7,9 @@
 #include <thread>
 
 namespace corvandi::testing {
-namespace {
-
-using namespace harness;
-
-void writeFile(const std::filesystem::path& file, const std::string& content)
-{
-    std::filesystem::create_directories(file.parent_path());
-    std::ofstream(file, std::ios::binary) << content;
-}
-
-} // namespace
-
 namespace data_folder {
+
+using harness::Clock;
 
 std::filesystem::path path()
 {
@@ -55,17 +45,10 @@ bool waitForHistory(const std::vector<std::string>& expected, Clock::time_point 
 
 void write(const std::string& name, const std::string& content)
 {
-    writeFile(path() / name, content);
+    std::filesystem::create_directories(path());
+    std::ofstream(path() / name, std::ios::binary) << content;
 }
 
 } // namespace data_folder
-
-void writePreferences(const std::vector<std::string>& lines)
-{
-    std::string content = "[General]\n";
-    for (const std::string& line : lines)
-        content += line + '\n';
-    writeFile(std::filesystem::path(std::getenv("XDG_CONFIG_HOME")) / "Corvandi" / "Corvandi.conf", content);
-}
 
 } // namespace corvandi::testing

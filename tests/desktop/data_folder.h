@@ -24,7 +24,4 @@ void write(const std::string& name, const std::string& content);
 
 } // namespace data_folder
 
-/// Writes the preferences, before the program starts: lines such as "insertion=paste".
-void writePreferences(const std::vector<std::string>& lines);
-
 } // namespace corvandi::testing

@@ -49,6 +49,7 @@ Session::Session(const Options& options)
     : folder_(makeFolder())
     , desktop_(withSound(options))
 {
+    writePreferences();
 }
 
 Session::~Session()

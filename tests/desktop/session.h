@@ -1,6 +1,7 @@
 #pragma once
 
 #include "harness/keyboard.h"
+#include "harness/preferences.h"
 #include "harness/program.h"
 #include "harness/recordings.h"
 #include "harness/target_application.h"
@@ -22,7 +23,7 @@ class Session {
 public:
     using Options = std::vector<std::string>;
 
-    /// Starts a fresh desktop with sound and the given further options.
+    /// Starts a fresh desktop with sound and the given further options. Its user has completed the welcome.
     explicit Session(const Options& options = {});
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;

@@ -36,7 +36,8 @@ std::filesystem::path preferencesFolder()
 TEST(CorruptPreferences, AreToldAndNotLostAndTheProgramWorks)
 {
     Session session;
-    const std::string garbage = "[General\n\x01\x02=\xff\xfe\nhotKeyCode=[1,2\n";
+    const std::string garbage =
+        "[General]\ndidCompleteWelcome=true\n[Gene\n\x01\x02=\xff\xfe\nhotKeyCode=[1,2\n";
     std::filesystem::create_directories(preferencesFolder());
     std::ofstream(preferencesFolder() / "Corvandi.conf", std::ios::binary) << garbage;
     session.startProgram();
