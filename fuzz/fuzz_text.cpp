@@ -41,7 +41,7 @@ public:
     QChar unit()
     {
         const std::uint8_t cell = byte();
-        return {cell, byte()};
+        return QChar(cell, byte());
     }
 
     /// Of up to so many pieces, each a difficult one or any unit.

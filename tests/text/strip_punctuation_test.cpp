@@ -78,6 +78,15 @@ TEST(StripPunctuation, BothNeighboursMustBelongToTheWord)
     EXPECT_EQ(stripped(u"a'\U0001F600'b"), "a\U0001F600b");
 }
 
+TEST(StripPunctuation, WhatLiesInMemoryAroundTheTextIsNoNeighbour)
+{
+    const QString around = QStringLiteral("a'b");
+    EXPECT_EQ(PostProcessor::stripPunctuation(QString::fromRawData(around.constData() + 1, 2)),
+              QStringLiteral("b"));
+    EXPECT_EQ(PostProcessor::stripPunctuation(QString::fromRawData(around.constData(), 2)),
+              QStringLiteral("a"));
+}
+
 TEST(StripPunctuation, TheNeighboursInTheGivenTextCountNotThoseThatAreLeft)
 {
     EXPECT_EQ(stripped(u"a,\"b"), "ab");
