@@ -95,6 +95,21 @@ protected:
     {
         run(QStringLiteral("xdotool"), QStringList{QStringLiteral("key")} + keys);
     }
+    /// Clicks into the middle of a window's width, at this part of its height.
+    static void clickInto(const QString& window, double height)
+    {
+        const QString text = run(QStringLiteral("xdotool"),
+                                 {QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window});
+        const auto number = [&text](const char* name) {
+            return text.section(QLatin1String(name) + QLatin1Char('='), 1)
+                .section(QLatin1Char('\n'), 0, 0)
+                .toInt();
+        };
+        const int x = number("\nX") + number("WIDTH") / 2;
+        const int y = number("\nY") + static_cast<int>(number("HEIGHT") * height);
+        run(QStringLiteral("xdotool"), {QStringLiteral("mousemove"), QString::number(x), QString::number(y),
+                                        QStringLiteral("click"), QStringLiteral("1")});
+    }
     /// The tray's only icon stands at the panel's right end.
     static void click(const QString& button)
     {
@@ -200,11 +215,9 @@ TEST_F(TrayItem, ARightClickOpensTheMenuInThePanelsStyle)
     ASSERT_TRUE(clickOpens(QStringLiteral("3"), trayProgram));
     EXPECT_TRUE(openWindows(TrayPeer::name).isEmpty());
     takeScreenshot(QStringLiteral("tray-right-click.png"));
-    // The panel shows its menu a moment before it takes keys.
-    EXPECT_TRUE(waitUntil([&] {
-        press({QStringLiteral("End"), QStringLiteral("Up"), QStringLiteral("Return")});
-        return peer.hasSaid("chose settings", std::chrono::milliseconds(500));
-    }));
+    // The panel's menu does not always get the keyboard that it asks for, hence the mouse.
+    clickInto(openWindows(trayProgram).front(), 0.72);
+    EXPECT_TRUE(peer.hasSaid("chose settings"));
 }
 
 TEST_F(TrayItem, ComesBackWithAPanelThatRestarts)
