@@ -76,9 +76,11 @@ DesktopFocus::DesktopFocus(SystemLog& log)
 {
 }
 
-std::unique_ptr<TargetApplication> FocusTest::startQtFields(const QString& title)
+std::unique_ptr<TargetApplication> FocusTest::startQtFields(const QString& title,
+                                                            std::chrono::milliseconds busyTime)
 {
-    return shown(std::make_unique<TargetApplication>(QStringLiteral(QT_FIELDS), QStringList{title}));
+    return shown(std::make_unique<TargetApplication>(QStringLiteral(QT_FIELDS),
+                                                     QStringList{title, QString::number(busyTime.count())}));
 }
 
 std::unique_ptr<TargetApplication> FocusTest::startGtkFields(const QString& version, const QString& title)

@@ -64,7 +64,8 @@ struct ExpectedField {
 class FocusTest : public ::testing::Test {
 protected:
     /// Starts a window with one field of each kind and waits until its first one, "line", has the focus.
-    std::unique_ptr<TargetApplication> startQtFields(const QString& title);
+    std::unique_ptr<TargetApplication> startQtFields(const QString& title,
+                                                     std::chrono::milliseconds busyTime = {});
     std::unique_ptr<TargetApplication> startGtkFields(const QString& version, const QString& title);
 
     /// Reads again and again until the focused element is such a one.
