@@ -8,7 +8,6 @@
 #include "platform/linux/audio/sandbox.h"
 #include "platform/linux/audio/speex_audio_converter.h"
 #include "platform/linux/event_loop/qt_main_queue.h"
-#include "platform/linux/focus/active_window_process.h"
 #include "platform/linux/focus/at_spi_focus.h"
 #include "platform/linux/hud_panel/x11_hud_panel.h"
 #include "platform/linux/pasteboard/x11_pasteboard.h"
@@ -35,8 +34,7 @@ struct Application::Objects {
     X11Workspace workspace{queue};
     /// Only silent checks are made so far, so nobody is ever asked.
     AtSpiAccessibilityClient accessibility{log, [](const AtSpiAccessibilityClient::Answer&) {}};
-    ActiveWindowProcess activeWindowProcess{log};
-    AtSpiFocus focus{[this] { return activeWindowProcess(); }, log};
+    AtSpiFocus focus{[this] { return workspace.frontmostProcess(); }, log};
     WatchedChord watchedChord;
     X11EventTaps eventTaps{log, watchedChord};
     X11Keyboard keyboard{log, watchedChord, [this] { return workspace.frontmostIsTerminal(); }};

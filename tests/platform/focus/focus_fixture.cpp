@@ -71,9 +71,14 @@ bool UnaskedFocus::becomes(const TargetApplication& application, FocusTarget tar
 }
 
 DesktopFocus::DesktopFocus(SystemLog& log)
-    : activeProcess_(log)
-    , focus_([this] { return activeProcess_(); }, log)
+    : focus_([this] { return activeProcess(); }, log)
 {
+}
+
+std::optional<pid_t> DesktopFocus::activeProcess() const
+{
+    const auto window = activeWindow_.read();
+    return window ? window->process : std::nullopt;
 }
 
 std::unique_ptr<TargetApplication> FocusTest::startQtFields(const QString& title,

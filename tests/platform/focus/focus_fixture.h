@@ -2,9 +2,9 @@
 
 #include "insertion/focus_inspector.h"
 #include "platform/focus/target_application.h"
-#include "platform/linux/focus/active_window_process.h"
 #include "platform/linux/focus/at_spi_focus.h"
 #include "platform/linux/focus/focus_cache.h"
+#include "platform/linux/workspace/front_window.h"
 #include "support/recording_log.h"
 
 #include <gmock/gmock.h>
@@ -25,10 +25,11 @@ public:
     explicit DesktopFocus(SystemLog& log);
 
     [[nodiscard]] std::optional<FocusedElement> focusedElement() override { return focus_.focusedElement(); }
-    [[nodiscard]] std::optional<pid_t> activeProcess() const { return activeProcess_(); }
+    [[nodiscard]] std::optional<pid_t> activeProcess() const;
 
 private:
-    ActiveWindowProcess activeProcess_;
+    XcbConnection x_;
+    FrontWindowReader activeWindow_{x_};
     AtSpiFocus focus_;
 };
 
