@@ -3,9 +3,9 @@
 //
 //   desktop/desktop with comp=none -- sh -c 'zenity --entry & sleep 2; build/dev/bench/focus_read'
 
-#include "platform/linux/focus/active_window_process.h"
 #include "platform/linux/focus/at_spi_focus.h"
 #include "platform/linux/log/linux_system_log.h"
+#include "platform/linux/workspace/front_window.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -77,7 +77,12 @@ int main(int argc, char** argv)
 {
     QCoreApplication application(argc, argv);
     LinuxSystemLog log;
-    const ActiveWindowProcess active(log);
+    const XcbConnection x;
+    const FrontWindowReader frontWindow(x);
+    const auto active = [&frontWindow] {
+        const auto window = frontWindow.read();
+        return window ? window->process : std::nullopt;
+    };
     AtSpiFocus focus([&active] { return active(); }, log);
     runFor(milliseconds(1000));
     const auto element = focus.focusedElement();

@@ -11,7 +11,6 @@
 #include "platform/linux/files/posix_file_system.h"
 #include "platform/linux/files/serial_work_queue.h"
 #include "platform/linux/files/system_wall_clock.h"
-#include "platform/linux/focus/active_window_process.h"
 #include "platform/linux/focus/at_spi_focus.h"
 #include "platform/linux/hud_panel/x11_hud_panel.h"
 #include "platform/linux/language_model/no_language_model.h"
@@ -50,8 +49,7 @@ struct Application::Objects {
     X11Workspace workspace{queue};
     /// Only silent checks are made so far, so nobody is ever asked.
     AtSpiAccessibilityClient accessibility{log, [](const AtSpiAccessibilityClient::Answer&) {}};
-    ActiveWindowProcess activeWindowProcess{log};
-    AtSpiFocus focus{[this] { return activeWindowProcess(); }, log};
+    AtSpiFocus focus{[this] { return workspace.frontmostProcess(); }, log};
     WatchedChord watchedChord;
     X11EventTaps eventTaps{log, watchedChord};
     X11Keyboard keyboard{log, watchedChord, [this] { return workspace.frontmostIsTerminal(); }};

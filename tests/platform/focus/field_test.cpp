@@ -16,6 +16,7 @@ const std::vector<ExpectedField> qtFields{
     {"label", FocusTarget::unknown, "AXStaticText"},
     {"check", FocusTarget::unknown, "AXCheckBox"},
     {"button", FocusTarget::unknown, "AXButton"},
+    {"list", FocusTarget::unknown, "AXList"},
 };
 
 const std::vector<ExpectedField> gtkFields{

@@ -71,14 +71,21 @@ bool UnaskedFocus::becomes(const TargetApplication& application, FocusTarget tar
 }
 
 DesktopFocus::DesktopFocus(SystemLog& log)
-    : activeProcess_(log)
-    , focus_([this] { return activeProcess_(); }, log)
+    : focus_([this] { return activeProcess(); }, log)
 {
 }
 
-std::unique_ptr<TargetApplication> FocusTest::startQtFields(const QString& title)
+std::optional<pid_t> DesktopFocus::activeProcess() const
 {
-    return shown(std::make_unique<TargetApplication>(QStringLiteral(QT_FIELDS), QStringList{title}));
+    const auto window = activeWindow_.read();
+    return window ? window->process : std::nullopt;
+}
+
+std::unique_ptr<TargetApplication> FocusTest::startQtFields(const QString& title,
+                                                            std::chrono::milliseconds busyTime)
+{
+    return shown(std::make_unique<TargetApplication>(QStringLiteral(QT_FIELDS),
+                                                     QStringList{title, QString::number(busyTime.count())}));
 }
 
 std::unique_ptr<TargetApplication> FocusTest::startGtkFields(const QString& version, const QString& title)

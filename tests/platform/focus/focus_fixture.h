@@ -2,9 +2,9 @@
 
 #include "insertion/focus_inspector.h"
 #include "platform/focus/target_application.h"
-#include "platform/linux/focus/active_window_process.h"
 #include "platform/linux/focus/at_spi_focus.h"
 #include "platform/linux/focus/focus_cache.h"
+#include "platform/linux/workspace/front_window.h"
 #include "support/recording_log.h"
 
 #include <gmock/gmock.h>
@@ -25,10 +25,11 @@ public:
     explicit DesktopFocus(SystemLog& log);
 
     [[nodiscard]] std::optional<FocusedElement> focusedElement() override { return focus_.focusedElement(); }
-    [[nodiscard]] std::optional<pid_t> activeProcess() const { return activeProcess_(); }
+    [[nodiscard]] std::optional<pid_t> activeProcess() const;
 
 private:
-    ActiveWindowProcess activeProcess_;
+    XcbConnection x_;
+    FrontWindowReader activeWindow_{x_};
     AtSpiFocus focus_;
 };
 
@@ -64,7 +65,8 @@ struct ExpectedField {
 class FocusTest : public ::testing::Test {
 protected:
     /// Starts a window with one field of each kind and waits until its first one, "line", has the focus.
-    std::unique_ptr<TargetApplication> startQtFields(const QString& title);
+    std::unique_ptr<TargetApplication> startQtFields(const QString& title,
+                                                     std::chrono::milliseconds busyTime = {});
     std::unique_ptr<TargetApplication> startGtkFields(const QString& version, const QString& title);
 
     /// Reads again and again until the focused element is such a one.

@@ -74,6 +74,58 @@ TEST_F(HungApplicationTest, AnApplicationThatAnswersAgainIsLookedAtWithoutBeingA
     EXPECT_TRUE(late.becomes(*hung, FocusTarget::editable));
 }
 
+TEST_F(HungApplicationTest, AnApplicationThatHangsBeforeItGetsTheFocusKeepsTheElementThatItHad)
+{
+    const auto hung = startQtFields(QStringLiteral("hung"));
+    pressKey(QStringLiteral("Tab"));
+    ASSERT_TRUE(becomes(FocusTarget::secure));
+    const auto other = startQtFields(QStringLiteral("other"));
+    ASSERT_TRUE(becomes(FocusTarget::editable));
+    hung->stop();
+    activateWindow(QStringLiteral("hung"));
+    ASSERT_TRUE(isActive(*hung));
+    EXPECT_EQ(inspector.currentTarget(), FocusTarget::secure);
+    runFor(milliseconds(500));
+    EXPECT_EQ(inspector.currentTarget(), FocusTarget::secure) << "it has fallen silent meanwhile";
+    hung->resume();
+}
+
+TEST_F(HungApplicationTest, AnApplicationThatIsAlmostTooBusyToAnswerIsFollowed)
+{
+    const auto busy = startQtFields(QStringLiteral("busy"), BusReader::answerLimit * 3 / 4);
+    EXPECT_TRUE(becomes(FocusTarget::editable));
+    pressKey(QStringLiteral("Tab"));
+    ASSERT_TRUE(busy->hasFocusOn(QStringLiteral("password")));
+    EXPECT_TRUE(becomes(FocusTarget::secure));
+    EXPECT_LT(longestRead(busy->process(), seconds(1)), withoutWaiting);
+}
+
+TEST_F(HungApplicationTest, ManyApplicationsAreFollowedAtOnce)
+{
+    struct Follower {
+        QString title;
+        std::unique_ptr<TargetApplication> application;
+        FocusTarget target;
+    };
+    std::vector<Follower> applications;
+    for (int i = 0; i < 10; ++i) {
+        const bool secret = i % 2 == 1;
+        const QString title = QStringLiteral("number %1").arg(i);
+        applications.push_back(
+            {title, startQtFields(title), secret ? FocusTarget::secure : FocusTarget::editable});
+        if (secret)
+            pressKey(QStringLiteral("Tab"));
+        ASSERT_TRUE(becomes(applications.back().target));
+    }
+    applications[3].application->stop();
+    for (const Follower& each : applications) {
+        activateWindow(each.title);
+        ASSERT_TRUE(isActive(*each.application));
+        EXPECT_EQ(inspector.currentTarget(), each.target) << each.title.toStdString();
+    }
+    applications[3].application->resume();
+}
+
 TEST_F(HungApplicationTest, EndingWaitsOnlyForTheQuestionThatIsOnItsWay)
 {
     const auto hung = startQtFields(QStringLiteral("hung"));

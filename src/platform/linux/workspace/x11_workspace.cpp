@@ -39,6 +39,12 @@ std::optional<QString> X11Workspace::ownIdentifier() const
     return programIdentifier;
 }
 
+std::optional<pid_t> X11Workspace::frontmostProcess() const
+{
+    const auto window = frontWindow_.read();
+    return window ? window->process : std::nullopt;
+}
+
 bool X11Workspace::frontmostIsTerminal()
 {
     const auto application = frontmost();

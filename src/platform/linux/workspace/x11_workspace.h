@@ -28,6 +28,9 @@ public:
     [[nodiscard]] std::optional<QString> frontmostApplication() override;
     [[nodiscard]] std::optional<QString> ownIdentifier() const override;
 
+    /// The process of the active window; nothing if there is none or it runs on another machine.
+    [[nodiscard]] std::optional<pid_t> frontmostProcess() const;
+
     /// Whether the active window belongs to a terminal emulator, where Ctrl+V is not "paste".
     [[nodiscard]] bool frontmostIsTerminal();
 
