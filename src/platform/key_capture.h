@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace corvandi {
 
@@ -22,11 +23,14 @@ class KeyCapture {
 public:
     virtual ~KeyCapture() = default;
 
-    /// Until the registration is destroyed, every key-down that is not a modifier's goes to `captured`
-    /// and nowhere else; the callback may destroy the registration. Nothing when the platform does not
-    /// give the keyboard away: then keys only come by way of the window with the focus.
+    /// Until the registration is destroyed, every key-down that is not a modifier's nor a repeat goes to
+    /// `captured` and nowhere else; the callback may destroy the registration. Nothing when the platform does
+    /// not give the keyboard away: then keys only come by way of the window with the focus.
     [[nodiscard]] virtual std::unique_ptr<Registration>
     begin(std::function<void(const CapturedKey&)> captured) = 0;
+    /// The virtual key code of a key that came by way of a window, with the code that the window system
+    /// has given it. Nothing for modifiers, and for keys that have no virtual key code.
+    [[nodiscard]] virtual std::optional<uint16_t> keyCode(uint32_t nativeCode) const = 0;
 };
 
 } // namespace corvandi

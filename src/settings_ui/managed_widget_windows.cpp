@@ -1,0 +1,109 @@
+#include "settings_ui/managed_widget_windows.h"
+
+#include "settings_ui/kit/child.h"
+#include "symbols/application_icon.h"
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace corvandi {
+namespace {
+
+constexpr QSize settingsSize(660, 460);
+
+/// Closing hides it, and says so before.
+class Window : public QWidget {
+public:
+    Window(std::unique_ptr<QWidget> content, ManagedWindows::Callback willClose)
+        : willClose_(std::move(willClose))
+    {
+        auto& layout = kit::makeLayout<QVBoxLayout>(*this);
+        layout.addWidget(content.release());
+        setWindowIcon(applicationIcon());
+        setAttribute(Qt::WA_QuitOnClose, false);
+    }
+
+protected:
+    void closeEvent(QCloseEvent* event) override
+    {
+        event->accept();
+        if (isVisible() && willClose_)
+            willClose_();
+    }
+
+private:
+    ManagedWindows::Callback willClose_;
+};
+
+class ManagedWidgetWindow : public ManagedWindow {
+public:
+    ManagedWidgetWindow(std::unique_ptr<Window> window, ManagedWidgetWindows::BringToFront bringToFront)
+        : window_(std::move(window))
+        , bringToFront_(std::move(bringToFront))
+    {
+    }
+
+    void center() override
+    {
+        const QScreen* screen = QGuiApplication::primaryScreen();
+        if (!screen)
+            return;
+        // The frame's place; before it is shown nobody knows how wide its edges will be.
+        QRect frame = window_->frameGeometry();
+        frame.moveCenter(screen->availableGeometry().center());
+        window_->move(frame.topLeft());
+    }
+    void activate() override
+    {
+        window_->setWindowState(window_->windowState() & ~Qt::WindowMinimized);
+        window_->show();
+        window_->raise();
+        window_->activateWindow();
+        if (bringToFront_)
+            bringToFront_(*window_);
+    }
+    void close() override
+    {
+        if (window_->isVisible())
+            window_->close();
+    }
+    [[nodiscard]] bool isVisible() const override { return window_->isVisible(); }
+
+private:
+    std::unique_ptr<Window> window_;
+    ManagedWidgetWindows::BringToFront bringToFront_;
+};
+
+} // namespace
+
+ManagedWidgetWindows::ManagedWidgetWindows(Contents contents, BringToFront bringToFront)
+    : contents_(std::move(contents))
+    , bringToFront_(std::move(bringToFront))
+{
+}
+
+std::unique_ptr<ManagedWindow> ManagedWidgetWindows::makeSettingsWindow(Callback willClose)
+{
+    auto window = std::make_unique<Window>(contents_.settings(), std::move(willClose));
+    window->setWindowTitle(QCoreApplication::translate("AppDelegate", "Corvandi Settings"));
+    window->resize(settingsSize);
+    return std::make_unique<ManagedWidgetWindow>(std::move(window), bringToFront_);
+}
+
+std::unique_ptr<ManagedWindow> ManagedWidgetWindows::makeWelcomeWindow(Callback getStarted,
+                                                                       Callback willClose)
+{
+    auto window = std::make_unique<Window>(contents_.welcome(std::move(getStarted)), std::move(willClose));
+    window->setWindowTitle(QCoreApplication::translate("AppDelegate", "Welcome to Corvandi"));
+    window->setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                           Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
+    window->layout()->setSizeConstraint(QLayout::SetFixedSize);
+    return std::make_unique<ManagedWidgetWindow>(std::move(window), bringToFront_);
+}
+
+} // namespace corvandi
