@@ -14,6 +14,8 @@ using Json = nlohmann::json;
 
 constexpr QLatin1String format("corvandi-update-1");
 constexpr qsizetype signatureLength = 64;
+/// With the padding that Qt would do without.
+constexpr qsizetype encodedSignatureLength = 88;
 constexpr qsizetype digestLength = 64;
 constexpr qsizetype maximumNotes = 20'000;
 
@@ -116,9 +118,9 @@ std::optional<SignedManifest> splitFeed(const QByteArray& feed)
     const QByteArray start = QByteArray(format.data(), format.size()) + ' ';
     if (end < 0 || !feed.startsWith(start))
         return std::nullopt;
-    const auto signature = QByteArray::fromBase64Encoding(feed.mid(start.size(), end - start.size()),
-                                                          QByteArray::AbortOnBase64DecodingErrors);
-    if (!signature || (*signature).size() != signatureLength)
+    const QByteArray encoded = feed.mid(start.size(), end - start.size());
+    const auto signature = QByteArray::fromBase64Encoding(encoded, QByteArray::AbortOnBase64DecodingErrors);
+    if (!signature || (*signature).size() != signatureLength || encoded.size() != encodedSignatureLength)
         return std::nullopt;
     return SignedManifest{*signature, feed.mid(end + 1)};
 }

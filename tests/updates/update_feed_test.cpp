@@ -168,6 +168,7 @@ TEST(UpdateFeed, AnotherFirstLineIsNoFeed)
         "corvandi-update-1 " + QByteArray(63, 's').toBase64() + "\n{}",
         "corvandi-update-1 " + QByteArray(65, 's').toBase64() + "\n{}",
         "corvandi-update-1 " + signature.chopped(3) + "!!!\n{}",
+        "corvandi-update-1 " + signature.chopped(2) + "\n{}",
         "corvandi-update-1 " + signature + " \n{}",
         "corvandi-update-1 " + signature + "\r\n{}",
         " corvandi-update-1 " + signature + "\n{}",

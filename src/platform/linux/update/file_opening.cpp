@@ -4,7 +4,7 @@
 
 #include <fcntl.h>
 #include <spawn.h>
-#include <sys/pidfd.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -19,6 +19,12 @@ namespace {
 QString systemError(int number)
 {
     return QString::fromStdString(std::generic_category().message(number));
+}
+
+/// Becomes readable when the process ends. (The header of glibc 2.36 declares this call for C only.)
+FileDescriptor openProcess(pid_t process)
+{
+    return FileDescriptor(static_cast<int>(syscall(SYS_pidfd_open, process, 0)));
 }
 
 /// A session of its own, with none of this program's blocked signals.
@@ -80,7 +86,7 @@ FileOpening::FileOpening(const QString& path, std::chrono::milliseconds patience
         patience_.start(0);
         return;
     }
-    processEnd_ = FileDescriptor(pidfd_open(process_, 0));
+    processEnd_ = openProcess(process_);
     if (processEnd_.isOpen()) {
         notifier_ = std::make_unique<QSocketNotifier>(processEnd_.get(), QSocketNotifier::Read);
         connect(notifier_.get(), &QSocketNotifier::activated, this, [this] { ended(); });

@@ -50,17 +50,23 @@ bool isRedirection(int status)
     return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
 }
 
-void discard(QNetworkReply* reply)
+/// Qt complains about an abort inside a reply's own signal, so that comes afterwards.
+void closeLater(QNetworkReply* reply)
 {
     reply->disconnect();
-    reply->abort();
-    reply->deleteLater();
+    QMetaObject::invokeMethod(
+        reply,
+        [reply] {
+            reply->abort();
+            reply->deleteLater();
+        },
+        Qt::QueuedConnection);
 }
 
 } // namespace
 
 HttpDownload::HttpDownload(const QUrl& url, const HttpPatience& patience, Sink sink, Finished finished)
-    : reply_(nullptr, discard)
+    : reply_(nullptr, closeLater)
     , sink_(std::move(sink))
     , finished_(std::move(finished))
 {
@@ -80,7 +86,10 @@ HttpDownload::HttpDownload(const QUrl& url, const HttpPatience& patience, Sink s
 
 HttpDownload::~HttpDownload()
 {
-    dropReply();
+    if (!reply_)
+        return;
+    reply_->disconnect();
+    reply_->abort();
 }
 
 void HttpDownload::request(const QUrl& url)
@@ -119,7 +128,7 @@ void HttpDownload::follow(const QByteArray& location)
     } else if (!mayLeadTo(from, to)) {
         end(UpdateFailure{Kind::insecure, QStringLiteral("redirected to ") + to.toDisplayString()});
     } else {
-        dropReply();
+        reply_.reset();
         // Not from inside a signal of the reply that goes.
         QMetaObject::invokeMethod(
             this, [this, to] { request(to); }, Qt::QueuedConnection);
@@ -158,15 +167,10 @@ void HttpDownload::end(std::optional<UpdateFailure> failure)
     hasEnded_ = true;
     idleTimer_.stop();
     totalTimer_.stop();
-    dropReply();
+    reply_.reset();
     // Whoever is told may destroy this download, which must not happen inside a signal of the network's.
     QMetaObject::invokeMethod(
         this, [finished = finished_, told = std::move(failure)] { finished(told); }, Qt::QueuedConnection);
-}
-
-void HttpDownload::dropReply()
-{
-    reply_.reset();
 }
 
 } // namespace corvandi

@@ -52,7 +52,6 @@ private:
     void bytesArrived();
     void replyFinished();
     void end(std::optional<UpdateFailure> failure);
-    void dropReply();
 
     QNetworkAccessManager network_;
     std::unique_ptr<QNetworkReply, void (*)(QNetworkReply*)> reply_;

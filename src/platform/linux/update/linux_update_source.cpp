@@ -79,7 +79,7 @@ std::unique_ptr<Registration> LinuxUpdateSource::fetchFeed(FeedHandler handler)
             path.send([handler, result] { handler(result); });
         };
     return std::make_unique<ThreadedOperation<FeedDownload>>(
-        thread_, path, [configuration = *configuration_, patience = patience_.feed, answer] {
+        thread_, path, [configuration = configuration_.value(), patience = patience_.feed, answer] {
             return std::make_unique<FeedDownload>(configuration.feed, configuration.key, patience, answer);
         });
 }

@@ -5,6 +5,9 @@
 namespace corvandi {
 namespace {
 
+/// Of 32 bytes in base64, with the padding that Qt would do without.
+constexpr qsizetype encodedLength = 44;
+
 const unsigned char* bytesOf(const QByteArray& array)
 {
     return reinterpret_cast<const unsigned char*>(array.constData());
@@ -20,8 +23,8 @@ PublicKey::PublicKey(QByteArray bytes)
 std::optional<PublicKey> PublicKey::fromBase64(const QByteArray& text)
 {
     const auto bytes = QByteArray::fromBase64Encoding(text, QByteArray::AbortOnBase64DecodingErrors);
-    if (!bytes || (*bytes).size() != crypto_sign_PUBLICKEYBYTES || sodium_init() < 0 ||
-        crypto_core_ed25519_is_valid_point(bytesOf(*bytes)) != 1)
+    if (!bytes || text.size() != encodedLength || (*bytes).size() != crypto_sign_PUBLICKEYBYTES ||
+        sodium_init() < 0 || crypto_core_ed25519_is_valid_point(bytesOf(*bytes)) != 1)
         return std::nullopt;
     return PublicKey(*bytes);
 }
