@@ -15,8 +15,8 @@ struct UpdateMessage {
     QString details;
 };
 
-/// Whether a window may take the keyboard focus. A question that comes by itself must not: the person
-/// may be writing elsewhere.
+/// Whether a window that comes up may take the keyboard focus. One that comes by itself must not: the
+/// person may be writing elsewhere.
 enum class Attention : uint8_t { take, waitForIt };
 
 /// Something to decide.
@@ -25,6 +25,7 @@ struct UpdateQuestion {
     /// What the buttons say.
     QString accept;
     QString decline;
+    /// When nothing was shown before.
     Attention attention = Attention::take;
 };
 
@@ -33,7 +34,8 @@ enum class UpdateAnswer : uint8_t { accept, decline };
 /// The updater's face: one thing at a time, each in place of the one before.
 ///
 /// Thread: main thread only. No call waits for the person. A callback comes at most once, later, and
-/// never after something else was shown or all was dismissed. Closing a window declines or cancels.
+/// never after something else was shown or all was dismissed. Closing a window declines or cancels. What
+/// is shown in place of something else takes the focus only if that had it.
 class UpdatePresenter {
 public:
     virtual ~UpdatePresenter() = default;

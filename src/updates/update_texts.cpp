@@ -82,7 +82,7 @@ UpdateQuestion download(const Release& release, const RunningProgram& program, A
 {
     const QString size = QLocale().formattedDataSize(release.length, 1, QLocale::DataSizeSIFormat);
     QString details =
-        translated("You have version %1. The download has %2.").arg(program.version.text(), size);
+        translated("You have version %1. The download is %2.").arg(program.version.text(), size);
     if (!release.notes.isEmpty())
         details += QStringLiteral("\n\n") + release.notes;
     return {{translated("Corvandi %1 is available.").arg(release.version.text()), details},

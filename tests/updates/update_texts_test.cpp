@@ -41,7 +41,7 @@ TEST(UpdateTexts, PercentSignsInNotesAreLeftAlone)
     const RunningProgram program{Version::parse(QStringLiteral("1.0")).value(), {}, {}};
     const UpdateQuestion question = update_texts::download(release, program, Attention::take);
     EXPECT_TRUE(
-        question.message.details.startsWith(QStringLiteral("You have version 1.0. The download has 2.5")));
+        question.message.details.startsWith(QStringLiteral("You have version 1.0. The download is 2.5")));
     EXPECT_TRUE(question.message.details.endsWith(QStringLiteral("\n\n%1 %2")));
 }
 
