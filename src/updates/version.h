@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QString>
+
+#include <compare>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace corvandi {
+
+/// The number of a release: whole numbers with dots between them, the weightier first. Missing parts
+/// count as zero, so that 1.2 equals 1.2.0.
+class Version {
+public:
+    /// Nothing unless the text consists of one to eight parts of one to nine digits each (0 to 9).
+    [[nodiscard]] static std::optional<Version> parse(const QString& text);
+
+    /// As it was written.
+    [[nodiscard]] const QString& text() const { return text_; }
+
+    friend std::strong_ordering operator<=>(const Version& one, const Version& other)
+    {
+        return one.parts_ <=> other.parts_;
+    }
+    friend bool operator==(const Version& one, const Version& other) { return one.parts_ == other.parts_; }
+
+private:
+    Version(QString text, std::vector<uint32_t> parts);
+
+    QString text_;
+    /// Without zeros at the end.
+    std::vector<uint32_t> parts_;
+};
+
+} // namespace corvandi

@@ -1,0 +1,119 @@
+#include "updates_view/update_dialogs.h"
+
+#include "updates_view/message_dialog.h"
+
+#include <QCoreApplication>
+#include <QProgressDialog>
+#include <QPushButton>
+
+namespace corvandi {
+namespace {
+
+constexpr int progressWidth = 380;
+/// A package has more bytes than an `int` counts, so they are shown in thousandths.
+constexpr int64_t steps = 1000;
+
+QString translated(const char* text)
+{
+    return QCoreApplication::translate("Updates", text);
+}
+
+std::unique_ptr<QProgressDialog> progressDialog(const QString& text)
+{
+    auto dialog = std::make_unique<QProgressDialog>();
+    dialog->setLabelText(text);
+    dialog->setAutoClose(false);
+    dialog->setAutoReset(false);
+    dialog->setMinimumWidth(progressWidth);
+    // No end in sight until there is progress.
+    dialog->setRange(0, 0);
+    return dialog;
+}
+
+} // namespace
+
+void UpdateDialogs::Closing::operator()(QDialog* dialog) const
+{
+    // Not at once: this may run inside a signal of the dialog.
+    dialog->disconnect();
+    dialog->hide();
+    dialog->deleteLater();
+}
+
+void UpdateDialogs::showBusy(const QString& text, std::function<void()> cancel)
+{
+    auto dialog = progressDialog(text);
+    QObject::connect(dialog.get(), &QProgressDialog::canceled, std::move(cancel));
+    QProgressDialog* const progress = dialog.get();
+    show(std::move(dialog), Attention::take);
+    progress_ = progress;
+}
+
+void UpdateDialogs::showBusy(const QString& text)
+{
+    auto dialog = progressDialog(text);
+    dialog->setCancelButton(nullptr);
+    show(std::move(dialog), Attention::take);
+}
+
+void UpdateDialogs::showProgress(DownloadProgress progress)
+{
+    if (!progress_ || progress.total <= 0)
+        return;
+    progress_->setMaximum(static_cast<int>(steps));
+    progress_->setValue(static_cast<int>(progress.received * steps / progress.total));
+}
+
+void UpdateDialogs::ask(const UpdateQuestion& question, std::function<void(UpdateAnswer)> answer)
+{
+    auto dialog = std::make_unique<MessageDialog>(question.message);
+    QDialogButtonBox& buttons = dialog->buttons();
+    buttons.addButton(question.decline, QDialogButtonBox::RejectRole);
+    QPushButton* const accept = buttons.addButton(question.accept, QDialogButtonBox::AcceptRole);
+    accept->setDefault(true);
+    accept->setFocus();
+    QObject::connect(&buttons, &QDialogButtonBox::accepted, dialog.get(), &QDialog::accept);
+    QObject::connect(&buttons, &QDialogButtonBox::rejected, dialog.get(), &QDialog::reject);
+    // Closing the window counts as its rejection.
+    QObject::connect(dialog.get(), &QDialog::finished, [answer = std::move(answer)](int result) {
+        answer(result == QDialog::Accepted ? UpdateAnswer::accept : UpdateAnswer::decline);
+    });
+    show(std::move(dialog), question.attention);
+}
+
+void UpdateDialogs::tell(const UpdateMessage& message)
+{
+    auto dialog = std::make_unique<MessageDialog>(message);
+    QPushButton* const close = dialog->buttons().addButton(QDialogButtonBox::Ok);
+    QObject::connect(close, &QPushButton::clicked, dialog.get(), [this] { dismiss(); });
+    QObject::connect(dialog.get(), &QDialog::finished, dialog.get(), [this] { dismiss(); });
+    show(std::move(dialog), Attention::take);
+}
+
+void UpdateDialogs::dismiss()
+{
+    shown_.reset();
+}
+
+void UpdateDialogs::bringToFront()
+{
+    if (!shown_)
+        return;
+    shown_->show();
+    shown_->raise();
+    shown_->activateWindow();
+}
+
+void UpdateDialogs::show(std::unique_ptr<QDialog> dialog, Attention attention)
+{
+    const bool mayTakeFocus = shown_ ? shown_->isActiveWindow() : attention == Attention::take;
+    shown_.reset();
+    shown_.reset(dialog.release());
+    shown_->setWindowTitle(translated("Corvandi Update"));
+    shown_->setAttribute(Qt::WA_ShowWithoutActivating, !mayTakeFocus);
+    shown_->show();
+    if (mayTakeFocus)
+        bringToFront();
+}
+
+} // namespace corvandi
