@@ -138,7 +138,7 @@ void HttpDownload::follow(const QByteArray& location)
 void HttpDownload::bytesArrived()
 {
     idleTimer_.start();
-    std::array<char, 64 * 1024> piece; // NOLINT(cppcoreguidelines-pro-type-member-init): it is read into
+    std::array<char, 64 * 1024> piece;
     while (!hasEnded_ && reply_ && reply_->bytesAvailable() > 0) {
         const qint64 count = reply_->read(piece.data(), piece.size());
         if (count <= 0)
