@@ -133,6 +133,13 @@ TEST_F(X11HudPanelTest, AMessageThatIsTooLongForThePanelWidensItAroundItsMiddle)
     EXPECT_TRUE(waitUntil([&] { return panel.view().geometry() == normal; }));
 }
 
+TEST_F(X11HudPanelTest, ThePictureStaysInTheMiddleWhileTheWindowIsResized)
+{
+    present();
+    EXPECT_TRUE(
+        serverInfo(QStringLiteral("-stats")).contains(QStringLiteral("Bit Gravity State: CenterGravity")));
+}
+
 TEST_F(X11HudPanelTest, NoMessageIsWiderThanTheScreen)
 {
     model.setState(HUDState::error);
