@@ -4,6 +4,7 @@
 #include "symbols/symbol_pixmap.h"
 
 #include <QConicalGradient>
+#include <QTextOption>
 
 namespace corvandi {
 namespace {
@@ -101,8 +102,10 @@ void paintSteadily(QPainter& painter, const HudLine& line)
 void paintLine(QPainter& painter, const HudLine& line, Qt::LayoutDirection direction)
 {
     const auto side = direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft;
-    painter.setLayoutDirection(direction);
-    painter.drawText(line.frame, Qt::AlignAbsolute | side | Qt::AlignVCenter | Qt::TextSingleLine, line.text);
+    QTextOption option(side | Qt::AlignAbsolute | Qt::AlignVCenter);
+    option.setTextDirection(direction);
+    option.setWrapMode(QTextOption::NoWrap);
+    painter.drawText(line.frame, line.text, option);
 }
 
 void paintText(QPainter& painter, const HudPart& part, const HudColors& colors, const QRectF& dirty)

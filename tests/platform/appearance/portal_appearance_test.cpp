@@ -120,7 +120,7 @@ TEST_F(PortalAppearanceTest, AHungPortalHoldsNobodyUpAndIsLogged)
     time.start();
     open();
     EXPECT_EQ(appearance->colorScheme(), ColorScheme::noPreference);
-    EXPECT_LT(time.elapsed(), 10);
+    EXPECT_LT(time.elapsed(), 1000) << "it would be five seconds";
     EXPECT_TRUE(waitUntil([this] { return log.lines().size() == 1; }, 8s));
     portal.thaw();
     backend.set(2);

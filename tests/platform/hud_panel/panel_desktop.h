@@ -43,15 +43,19 @@ inline QString run(const QString& line)
     return run(program, words);
 }
 
-inline QImage screenshot()
+inline QImage screenshot(const QRect& area)
 {
-    return QGuiApplication::primaryScreen()->grabWindow(0).toImage();
+    QScreen* screen = QGuiApplication::primaryScreen();
+    const QRect onScreen = area.translated(-screen->geometry().topLeft());
+    return screen->grabWindow(0, onScreen.x(), onScreen.y(), onScreen.width(), onScreen.height()).toImage();
 }
 
+/// A place on the main screen.
 inline QColor screenColorAt(const QPoint& point)
 {
     QScreen* screen = QGuiApplication::primaryScreen();
-    return screen->grabWindow(0, point.x(), point.y(), 1, 1).toImage().pixelColor(0, 0);
+    const QPoint onScreen = point - screen->geometry().topLeft();
+    return screen->grabWindow(0, onScreen.x(), onScreen.y(), 1, 1).toImage().pixelColor(0, 0);
 }
 
 /// Somebody else's window in one colour, beneath the panel; it counts the clicks that it gets.

@@ -74,7 +74,7 @@ protected:
     {
         const QString desktop = QStringLiteral("%1_%2").arg(qEnvironmentVariable("TEST_WINDOW_MANAGER"),
                                                             qEnvironmentVariable("TEST_COMPOSITOR"));
-        const QImage around = testing::screenshot().copy(panel.view().geometry().adjusted(-20, -20, 20, 20));
+        const QImage around = testing::screenshot(panel.view().geometry().adjusted(-20, -20, 20, 20));
         EXPECT_TRUE(around.save(QStringLiteral(SCREENSHOTS "/panel_%1_%2.png").arg(name, desktop)));
     }
 
@@ -131,6 +131,13 @@ TEST_F(X11HudPanelTest, AMessageThatIsTooLongForThePanelWidensItAroundItsMiddle)
     keepScreenshot(QStringLiteral("long"));
     model.setState(HUDState::recording);
     EXPECT_TRUE(waitUntil([&] { return panel.view().geometry() == normal; }));
+}
+
+TEST_F(X11HudPanelTest, ThePictureStaysInTheMiddleWhileTheWindowIsResized)
+{
+    present();
+    EXPECT_TRUE(
+        serverInfo(QStringLiteral("-stats")).contains(QStringLiteral("Bit Gravity State: CenterGravity")));
 }
 
 TEST_F(X11HudPanelTest, NoMessageIsWiderThanTheScreen)
@@ -330,6 +337,43 @@ TEST_F(X11HudPanelTest, FollowsAScreenOfAnotherSize)
     present();
     EXPECT_EQ(frame, (PanelRect{490, 646, 300, 64}));
     EXPECT_TRUE(isOnTop());
+}
+
+/// Splits the screen into two monitors, of which the right one is the main one.
+class TwoMonitors {
+public:
+    TwoMonitors()
+    {
+        run(QStringLiteral("xrandr --setmonitor left 640/160x800/200+0+0 screen"));
+        run(QStringLiteral("xrandr --setmonitor *right 640/160x800/200+640+0 none"));
+    }
+    ~TwoMonitors()
+    {
+        run(QStringLiteral("xrandr --delmonitor right"));
+        run(QStringLiteral("xrandr --delmonitor left"));
+    }
+    TwoMonitors(const TwoMonitors&) = delete;
+    TwoMonitors& operator=(const TwoMonitors&) = delete;
+};
+
+TEST_F(X11HudPanelTest, StandsOnTheMainOneOfSeveralScreens)
+{
+    {
+        const TwoMonitors monitors;
+        ASSERT_TRUE(waitUntil([this] { return panel.mainScreenVisibleFrame()->x == 640; }));
+        present();
+        EXPECT_EQ(frame, (PanelRect{810, 646, 300, 64}));
+        EXPECT_TRUE(isOnTop());
+        keepScreenshot(QStringLiteral("right_screen"));
+        model.setState(HUDState::error);
+        model.setStatusText(QStringLiteral("one two three four five ").repeated(40));
+        EXPECT_GE(panel.view().geometry().left(), 640);
+        panel.orderOut();
+        model.setState(HUDState::recording);
+    }
+    EXPECT_TRUE(waitUntil([this] { return panel.mainScreenVisibleFrame()->width == 1280; }));
+    present();
+    EXPECT_EQ(frame, (PanelRect{490, 646, 300, 64}));
 }
 
 TEST_F(X11HudPanelTest, ACompositorMayComeAndGo)

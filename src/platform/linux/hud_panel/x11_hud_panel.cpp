@@ -1,6 +1,7 @@
 #include "platform/linux/hud_panel/x11_hud_panel.h"
 
 #include "platform/linux/hud_panel/compositor.h"
+#include "platform/linux/hud_panel/window_gravity.h"
 
 #include <QEasingCurve>
 #include <QGuiApplication>
@@ -32,6 +33,7 @@ X11HudPanel::X11HudPanel(HUDModel& model)
     view_.setAttribute(Qt::WA_X11NetWmWindowTypeNotification);
     // The last window of the program may close while this one is on show.
     view_.setAttribute(Qt::WA_QuitOnClose, false);
+    keepPictureInTheMiddle(view_);
     fade_.setEasingCurve(easeOut());
     QObject::connect(&fade_, &QVariantAnimation::valueChanged, &view_,
                      [this](const QVariant& alpha) { view_.setWindowOpacity(alpha.toDouble()); });
