@@ -15,7 +15,7 @@ class TextFolding {
 public:
     explicit TextFolding(const Locale& locale);
 
-    /// The text's form for comparisons. Takes about as long as copying it ten times.
+    /// The text's form for comparisons.
     [[nodiscard]] QString folded(const QString& text) const;
 
     /// Whether a text contains another one, both folded alike.

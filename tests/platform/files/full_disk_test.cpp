@@ -64,6 +64,7 @@ template<class Test>
 {
     constexpr int failedStatus = 1;
     constexpr int impossibleStatus = 2;
+    (void)std::fflush(stdout);
     const pid_t child = fork();
     if (child == 0) {
         if (!mountSmallDisk(folder))
