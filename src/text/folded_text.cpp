@@ -24,7 +24,7 @@ bool isWordCharacterBefore(const QString& text, qsizetype position)
     if (position == 0)
         return false;
     UChar32 character = 0;
-    U16_PREV(text.utf16(), 0, position, character);
+    U16_PREV(QStringView(text).utf16(), 0, position, character);
     return isWordCharacter(character);
 }
 
@@ -33,7 +33,7 @@ bool isWordCharacterAt(const QString& text, qsizetype position)
     if (position == text.size())
         return false;
     UChar32 character = 0;
-    U16_GET(text.utf16(), 0, position, text.size(), character);
+    U16_GET(QStringView(text).utf16(), 0, position, text.size(), character);
     return isWordCharacter(character);
 }
 
@@ -47,7 +47,7 @@ FoldedText::FoldedText(const QString& text)
     folding_.reserve(capacity);
     origins_.reserve(capacity + 1);
     for (qsizetype begin = 0, end = 0; begin < text_.size(); begin = end) {
-        U16_FWD_1(text_.utf16(), end, text_.size());
+        U16_FWD_1(QStringView(text_).utf16(), end, text_.size());
         appendFolded(begin, end);
     }
     origins_.push_back(static_cast<std::int32_t>(text_.size()));

@@ -11,7 +11,7 @@ namespace corvandi {
 [[nodiscard]] inline icu::UnicodeString readableByIcu(const QString& text)
 {
     constexpr UBool notTerminated = false;
-    return {notTerminated, text.utf16(), static_cast<int32_t>(text.size())};
+    return {notTerminated, QStringView(text).utf16(), static_cast<int32_t>(text.size())};
 }
 
 [[nodiscard]] inline QString fromIcu(const icu::UnicodeString& text)

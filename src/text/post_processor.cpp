@@ -43,7 +43,7 @@ QString capitalizingFirstLetter(const QString& text)
     Graphemes characters(text);
     while (const auto character = characters.next()) {
         char32_t first = 0;
-        U16_GET(text.utf16(), 0, character->begin, text.size(), first);
+        U16_GET(QStringView(text).utf16(), 0, character->begin, text.size(), first);
         if (!u_isUAlphabetic(static_cast<UChar32>(first)))
             continue;
         const QString letter = text.mid(character->begin, character->end - character->begin);
@@ -69,8 +69,8 @@ bool isInsideWord(const QString& text, qsizetype begin, qsizetype end)
         return false;
     UChar32 before = 0;
     UChar32 behind = 0;
-    U16_PREV(text.utf16(), 0, begin, before);
-    U16_GET(text.utf16(), 0, end, text.size(), behind);
+    U16_PREV(QStringView(text).utf16(), 0, begin, before);
+    U16_GET(QStringView(text).utf16(), 0, end, text.size(), behind);
     return isAlphanumeric(before) && isAlphanumeric(behind);
 }
 
@@ -94,7 +94,7 @@ QString PostProcessor::stripPunctuation(const QString& text)
     result.reserve(text.size());
     for (qsizetype begin = 0, end = 0; begin < text.size(); begin = end) {
         UChar32 scalar = 0;
-        U16_NEXT(text.utf16(), end, text.size(), scalar);
+        U16_NEXT(QStringView(text).utf16(), end, text.size(), scalar);
         if (!isPunctuation(scalar) || isInsideWord(text, begin, end))
             result.append(QStringView(text).mid(begin, end - begin));
     }

@@ -110,6 +110,12 @@ TEST(VocabReplacer, AMatchMayBeginInsideOneThatIsNoWholeWord)
     EXPECT_EQ(applied({rule(u".a.a", u"x")}, u"b.a.a .a.a"), "b.a.a x");
 }
 
+TEST(VocabReplacer, AMatchMayBeginInsideOneThatBreaksOff)
+{
+    EXPECT_EQ(applied({rule(u"--!", u"x")}, u"---!"), "-x");
+    EXPECT_EQ(applied({rule(u".-.-!.-", u"x")}, u".-.-.-!.-!"), ".-x!");
+}
+
 TEST(VocabReplacer, RulesApplyInOrderEachOnTheOutputOfTheOneBefore)
 {
     EXPECT_EQ(applied({rule(u"a", u"b"), rule(u"b", u"c")}, u"a b"), "c c");
@@ -142,6 +148,7 @@ TEST(VocabReplacer, AMatchNeverEndsInsideACharacter)
     EXPECT_EQ(applied({rule(u"s", u"x")}, u"\u00df"), "\u00df");
     EXPECT_EQ(applied({rule(u"\U0001F600", u"x")}, u"\U0001F600\U0001F601"), "x\U0001F601");
     EXPECT_EQ(applied({rule(u"i", u"x")}, u"\u0130"), "\u0130");
+    EXPECT_EQ(applied({rule(u"a", u"- -"), rule(u"s", u"x")}, u"a \u00df"), "- - \u00df");
 }
 
 TEST(VocabReplacer, DotlessAndDottedLettersAreOthers)
