@@ -2,8 +2,8 @@
 
 #include "platform/linux/x11/keyboard_devices.h"
 #include "platform/linux/x11/keymap_reader.h"
-#include "platform/linux/x11/xcb_ptr.h"
 #include "platform/linux/x11/xkb_protocol.h"
+#include "platform/linux/xcb/xcb_ptr.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,6 +1,6 @@
 #include "platform/linux/x11/x11_event_pump.h"
 
-#include "platform/linux/x11/xcb_ptr.h"
+#include "platform/linux/xcb/xcb_ptr.h"
 
 namespace corvandi {
 
