@@ -110,7 +110,7 @@ bool writeKeys(const X11Connection& connection, const std::vector<uint8_t>& keys
     std::vector<xcb_void_cookie_t> cookies;
     for (const KeyRange& range : rangesToWrite(keys, wanted, allKeymaps(connection)))
         cookies.push_back(writeRange(connection, range, wanted));
-    bool isWritten = !connection.isBroken();
+    bool isWritten = connection.isUsable();
     for (const auto cookie : cookies) {
         if (owned(xcb_request_check(connection.get(), cookie)))
             isWritten = false;

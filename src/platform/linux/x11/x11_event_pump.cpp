@@ -35,7 +35,7 @@ void X11EventPump::drain()
         if (!*alive)
             return;
     }
-    if (connection_.isBroken()) {
+    if (!connection_.isUsable()) {
         notifier_.setEnabled(false);
         lost_();
     }
