@@ -11,8 +11,8 @@
 #include "platform/linux/x11/watched_chord.h"
 #include "platform/linux/x11/x11_connection.h"
 #include "platform/linux/x11/x11_event_tap.h"
-#include "platform/linux/x11/xcb_ptr.h"
 #include "platform/linux/x11/xtest_keys.h"
+#include "platform/linux/xcb/xcb_ptr.h"
 
 #include <QCoreApplication>
 #include <QProcess>

@@ -1,4 +1,6 @@
 #include "platform/focus/focus_fixture.h"
+#include "platform/linux/focus/focus_search.h"
+#include "platform/linux/focus/object_report.h"
 #include "platform/linux/xcb/xcb_property.h"
 #include "support/event_loop.h"
 
@@ -29,6 +31,49 @@ const std::vector<ExpectedField> pageFields{
     {"link", FocusTarget::unknown, "AXLink"},
     {"inner-line", FocusTarget::editable, "AXTextField"},
     {"inner-password", FocusTarget::secure, "AXTextField"},
+};
+
+/// Searches for the focus, as is done for an application that has not told it yet.
+class AccessibilityBus {
+public:
+    AccessibilityBus()
+        : connection_(QDBusConnection::connectToBus(address(), name()))
+    {
+    }
+    ~AccessibilityBus() { QDBusConnection::disconnectFromBus(name()); }
+
+    AccessibilityBus(const AccessibilityBus&) = delete;
+    AccessibilityBus& operator=(const AccessibilityBus&) = delete;
+
+    /// Searches all windows of that process; nothing if it is too busy to answer.
+    [[nodiscard]] std::optional<AccessibleTraits> focusedOf(pid_t process) const
+    {
+        BusReader reader(connection_, [](const QString&) {});
+        const QDeadlineTimer deadline(seconds(2));
+        const std::array listing{askChildren(registryRoot())};
+        for (const ObjectRef& application : childrenIn(reader.ask(listing, deadline).front())) {
+            const std::array owner{askProcess(application.bus)};
+            if (numberIn(reader.ask(owner, deadline).front()) != static_cast<uint32_t>(process))
+                continue;
+            const auto found = findFocused(reader, {application}, SearchedWindows::all, deadline);
+            const auto report = found ? reportOn(reader, *found, deadline) : ObjectReport{};
+            if (report.outcome == ObjectReport::Outcome::told)
+                return report.traits;
+        }
+        return std::nullopt;
+    }
+
+private:
+    static QString name() { return QStringLiteral("search"); }
+    static QString address()
+    {
+        const QString service = QStringLiteral("org.a11y.Bus");
+        const QDBusMessage call = QDBusMessage::createMethodCall(service, QStringLiteral("/org/a11y/bus"),
+                                                                 service, QStringLiteral("GetAddress"));
+        return QDBusConnection::sessionBus().call(call).arguments().value(0).toString();
+    }
+
+    QDBusConnection connection_;
 };
 
 class BrowserTest : public FocusTest {
@@ -80,6 +125,22 @@ TEST_F(BrowserTest, EachFieldOfAPageAndTheAddressBarAreRecognised)
     ASSERT_TRUE(isActive(*browser));
     pressKey(QStringLiteral("ctrl+l"));
     expectRecognised({"address bar", FocusTarget::editable, "AXTextField"});
+}
+
+TEST_F(BrowserTest, TheSearchPrefersAFieldToTheDocumentsThatClaimTheFocusAsWell)
+{
+    const auto browser = startBrowser({QStringLiteral("--force-renderer-accessibility")});
+    ASSERT_TRUE(pageHasFocusOn(QStringLiteral("line")));
+    expectRecognised(pageFields.front());
+    std::optional<AccessibleTraits> found;
+    const AccessibilityBus bus;
+    ASSERT_TRUE(waitUntil(
+        [&] {
+            found = bus.focusedOf(browser->process());
+            return found.has_value();
+        },
+        seconds(20)));
+    EXPECT_EQ(focusedElementOf(*found).role, QStringLiteral("AXTextField"));
 }
 
 TEST_F(BrowserTest, APageThatIsNotExposedIsUnknown)

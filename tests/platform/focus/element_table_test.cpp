@@ -149,6 +149,13 @@ TEST(ElementTable, AnEditablePartOfADocumentTakesText)
         EXPECT_EQ(targetOf(editableText(role)), FocusTarget::editable) << role;
 }
 
+TEST(ElementTable, ADocumentIsToBeReadUnlessItIsEditable)
+{
+    EXPECT_TRUE(isDocumentToRead(webDocument, states({AccessibleState::focused})));
+    EXPECT_FALSE(isDocumentToRead(webDocument, states({AccessibleState::editable})));
+    EXPECT_FALSE(isDocumentToRead(entry, {}));
+}
+
 TEST(ElementTable, ATerminalTakesTextAlthoughItsValueCannotBeSet)
 {
     const FocusedElement element = focusedElementOf(readableText(terminal));

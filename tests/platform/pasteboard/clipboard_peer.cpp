@@ -7,11 +7,11 @@ namespace clipboard_peer {
 
 using namespace corvandi;
 
-XcbReply<xcb_generic_event_t> nextEvent(const XcbConnection& x)
+XcbPtr<xcb_generic_event_t> nextEvent(const XcbConnection& x)
 {
     x.flush();
     while (true) {
-        XcbReply<xcb_generic_event_t> event(xcb_wait_for_event(x.get()));
+        XcbPtr<xcb_generic_event_t> event(xcb_wait_for_event(x.get()));
         if (!event)
             std::exit(3);
         if (event->response_type != 0)

@@ -32,7 +32,7 @@ int listForms();
 int manage();
 
 /// Waits for the next event; ends the program when the server has gone.
-corvandi::XcbReply<xcb_generic_event_t> nextEvent(const corvandi::XcbConnection& x);
+corvandi::XcbPtr<xcb_generic_event_t> nextEvent(const corvandi::XcbConnection& x);
 /// A window to own selections with or to receive them on.
 xcb_window_t createWindow(const corvandi::XcbConnection& x);
 /// Has taken the selection when it returns.

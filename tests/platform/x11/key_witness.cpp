@@ -1,6 +1,6 @@
 #include "platform/x11/key_witness.h"
 
-#include "platform/linux/x11/xcb_ptr.h"
+#include "platform/linux/xcb/xcb_ptr.h"
 
 #include <optional>
 #include <stdexcept>

@@ -1,7 +1,7 @@
 #include "platform/x11/tap_fixture.h"
 #include "platform/x11/typing_fixture.h"
 
-#include "platform/linux/x11/xcb_ptr.h"
+#include "platform/linux/xcb/xcb_ptr.h"
 
 #include <cstring>
 

@@ -1,6 +1,6 @@
 #include "platform/x11/x11_session.h"
 
-#include "platform/linux/x11/xcb_ptr.h"
+#include "platform/linux/xcb/xcb_ptr.h"
 
 #include <QProcess>
 

@@ -31,6 +31,9 @@ struct RoleRule {
 
 constexpr const char* textField = "AXTextField";
 
+constexpr uint32_t documentFrameRole = 82;
+constexpr uint32_t webDocumentRole = 95;
+
 /// Roles by their number in the protocol.
 constexpr std::array roleRules{
     // Fields.
@@ -48,13 +51,13 @@ constexpr std::array roleRules{
     RoleRule{73, "AXGroup", "AXTextArea", TextEntry::whenEditable},   // paragraph
     RoleRule{85, "AXGroup", "AXTextArea", TextEntry::whenEditable},   // section
     RoleRule{83, "AXHeading", "AXTextArea", TextEntry::whenEditable}, // heading
-    RoleRule{82, "AXGroup", "AXTextArea", TextEntry::whenEditable},   // document frame
-    RoleRule{92, "AXTable", nullptr, TextEntry::whenEditable},        // spreadsheet
-    RoleRule{93, "AXGroup", "AXTextArea", TextEntry::whenEditable},   // presentation
-    RoleRule{94, "AXGroup", "AXTextArea", TextEntry::whenEditable},   // text document
-    RoleRule{95, "AXWebArea", nullptr, TextEntry::whenEditable},      // web page
-    RoleRule{96, "AXGroup", "AXTextArea", TextEntry::whenEditable},   // message
-    RoleRule{56, "AXCell", nullptr, TextEntry::whenEditable},         // table cell
+    RoleRule{documentFrameRole, "AXGroup", "AXTextArea", TextEntry::whenEditable},
+    RoleRule{92, "AXTable", nullptr, TextEntry::whenEditable},      // spreadsheet
+    RoleRule{93, "AXGroup", "AXTextArea", TextEntry::whenEditable}, // presentation
+    RoleRule{94, "AXGroup", "AXTextArea", TextEntry::whenEditable}, // text document
+    RoleRule{webDocumentRole, "AXWebArea", nullptr, TextEntry::whenEditable},
+    RoleRule{96, "AXGroup", "AXTextArea", TextEntry::whenEditable}, // message
+    RoleRule{56, "AXCell", nullptr, TextEntry::whenEditable},       // table cell
 
     // Controls.
     RoleRule{43, "AXButton", nullptr, TextEntry::never},      // push button
@@ -138,6 +141,11 @@ std::optional<QString> subroleOf(const RoleRule& rule, bool accepts, const Acces
 }
 
 } // namespace
+
+bool isDocumentToRead(uint32_t role, AccessibleStates states)
+{
+    return (role == documentFrameRole || role == webDocumentRole) && !states.has(AccessibleState::editable);
+}
 
 FocusedElement focusedElementOf(const AccessibleTraits& traits)
 {

@@ -30,6 +30,10 @@ struct AccessibleStates {
 /// Number of that role in the protocol.
 constexpr uint32_t comboBoxRole = 11;
 
+/// Whether it is a document to be read. Browsers say of such ones that they have the focus also while an
+/// element inside them has it, and while another document has it.
+[[nodiscard]] bool isDocumentToRead(uint32_t role, AccessibleStates states);
+
 /// What an application tells about one of its elements. What it does not tell is zero or false.
 struct AccessibleTraits {
     /// Number of the role in the AT-SPI protocol.

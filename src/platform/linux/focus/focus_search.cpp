@@ -67,13 +67,31 @@ QList<ObjectRef> openAll(BusReader& reader, const QList<ObjectRef>& objects, con
     return children;
 }
 
-std::optional<Survey> focusedOf(const QList<Survey>& level)
+/// The first ones of their kind that say that they have the focus.
+struct Focused {
+    std::optional<Survey> element;
+    std::optional<Survey> documentToRead;
+};
+
+Focused focusedOf(BusReader& reader, const QList<Survey>& level, const QDeadlineTimer& deadline)
 {
+    QList<Survey> candidates;
+    std::vector<QDBusMessage> calls;
     for (const Survey& survey : level) {
-        if (survey.states.has(AccessibleState::focused))
-            return survey;
+        if (!survey.states.has(AccessibleState::focused))
+            continue;
+        candidates.append(survey);
+        calls.push_back(askRole(survey.object));
     }
-    return std::nullopt;
+    const std::vector<QDBusMessage> replies = reader.ask(calls, deadline);
+    Focused found;
+    for (qsizetype i = 0; i < candidates.size(); ++i) {
+        const uint32_t role = numberIn(replies[static_cast<size_t>(i)]).value_or(0);
+        auto& place = isDocumentToRead(role, candidates[i].states) ? found.documentToRead : found.element;
+        if (!place)
+            place = candidates[i];
+    }
+    return found;
 }
 
 } // namespace
@@ -82,13 +100,16 @@ std::optional<ObjectRef> findFocused(BusReader& reader, const QList<ObjectRef>& 
                                      SearchedWindows windows, const QDeadlineTimer& deadline)
 {
     std::optional<ObjectRef> innermost;
+    std::optional<ObjectRef> document;
     QList<ObjectRef> level = roots;
     for (int depth = 0; depth < depthLimit && !level.isEmpty(); ++depth) {
         QList<Survey> surveys = surveyAll(reader, level, deadline);
-        const auto focused = depth > windowDepth ? focusedOf(surveys) : std::nullopt;
-        if (focused) {
-            innermost = focused->object;
-            surveys = {*focused};
+        const Focused focused = depth > windowDepth ? focusedOf(reader, surveys, deadline) : Focused{};
+        if (focused.documentToRead && !document)
+            document = focused.documentToRead->object;
+        if (focused.element) {
+            innermost = focused.element->object;
+            surveys = {*focused.element};
         } else if (innermost) {
             break;
         }
@@ -99,7 +120,7 @@ std::optional<ObjectRef> findFocused(BusReader& reader, const QList<ObjectRef>& 
         }
         level = openAll(reader, open, deadline);
     }
-    return innermost;
+    return innermost ? innermost : document;
 }
 
 } // namespace corvandi

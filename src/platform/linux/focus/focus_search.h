@@ -9,8 +9,9 @@ namespace corvandi {
 enum class SearchedWindows { all, active };
 
 /// Looks through what the applications below `roots` show, level by level, for the element that has the
-/// focus: the innermost one, if it lies inside others that say so too. Invisible branches and containers
-/// with very many children are left out. Nothing if there is none, or the deadline came first.
+/// focus: the innermost one, if it lies inside others that say so too, and a document to be read only if
+/// there is no other. Invisible branches and containers with very many children are left out. Nothing if
+/// there is none, or the deadline came first.
 [[nodiscard]] std::optional<ObjectRef> findFocused(BusReader& reader, const QList<ObjectRef>& roots,
                                                    SearchedWindows windows, const QDeadlineTimer& deadline);
 

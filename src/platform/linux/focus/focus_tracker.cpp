@@ -178,13 +178,18 @@ void FocusTracker::inspect(const Inspection& inspection)
     const QDeadlineTimer deadline(inspectionLimit);
     const ObjectRef& object = inspection.object;
     const Finding direct = object.path.isEmpty() ? Finding::notFocused : take(object, deadline);
-    if (direct == Finding::focused || takeFocusedOf(object.bus, deadline) == Finding::focused)
+    if (direct == Finding::focused || isFocused(takeFocusedOf(object.bus, deadline)) || isFocused(direct))
         return;
     const auto known = cache_.objectOf(object.bus);
     const bool isKnown = known == object;
     if (isKnown ? direct == Finding::gone : inspection.cause == Cause::focusAnnounced)
         cache_.forget(object.bus);
     inspectAgainLater(inspection);
+}
+
+bool FocusTracker::isFocused(Finding finding)
+{
+    return finding == Finding::focused || finding == Finding::focusedDocument;
 }
 
 void FocusTracker::inspectAgainLater(Inspection inspection)
@@ -213,7 +218,8 @@ FocusTracker::Finding FocusTracker::take(const ObjectRef& object, const QDeadlin
         return Finding::notFocused;
     applicationWatcher_.addWatchedService(object.bus);
     cache_.store(object, report.process, focusedElementOf(report.traits));
-    return Finding::focused;
+    return isDocumentToRead(report.traits.role, report.traits.states) ? Finding::focusedDocument
+                                                                      : Finding::focused;
 }
 
 FocusTracker::Finding FocusTracker::takeFocusedOf(const QString& bus, const QDeadlineTimer& deadline)

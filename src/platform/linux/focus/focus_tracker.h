@@ -57,8 +57,9 @@ private:
         uint64_t announcements = 0;
     };
 
-    /// An application that does not answer has not got the focus, as far as can be told.
-    enum class Finding { focused, notFocused, gone };
+    /// An application that does not answer has not got the focus, as far as can be told. A document that
+    /// has it may not be the only one that says so.
+    enum class Finding { focused, focusedDocument, notFocused, gone };
 
     void listen();
     void beginTracking();
@@ -69,6 +70,7 @@ private:
     void inspectKnown(const QString& bus, Cause cause);
     void inspect(const Inspection& inspection);
     void inspectAgainLater(Inspection inspection);
+    [[nodiscard]] static bool isFocused(Finding finding);
     [[nodiscard]] Finding take(const ObjectRef& object, const QDeadlineTimer& deadline);
     [[nodiscard]] Finding takeFocusedOf(const QString& bus, const QDeadlineTimer& deadline);
     [[nodiscard]] QList<ObjectRef> applications(const QDeadlineTimer& deadline);

@@ -49,7 +49,7 @@ public:
 
 private:
     struct Arrival {
-        XcbReply<xcb_generic_event_t> event;
+        XcbPtr<xcb_generic_event_t> event;
         std::optional<OwnerChange> ownerChange;
     };
 

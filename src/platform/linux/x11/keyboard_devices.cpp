@@ -1,6 +1,6 @@
 #include "platform/linux/x11/keyboard_devices.h"
 
-#include "platform/linux/x11/xcb_ptr.h"
+#include "platform/linux/xcb/xcb_ptr.h"
 
 #include <string_view>
 

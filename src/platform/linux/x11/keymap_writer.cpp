@@ -2,8 +2,8 @@
 
 #include "platform/linux/x11/keyboard_devices.h"
 #include "platform/linux/x11/keymap_reader.h"
-#include "platform/linux/x11/xcb_ptr.h"
 #include "platform/linux/x11/xkb_protocol.h"
+#include "platform/linux/xcb/xcb_ptr.h"
 
 #include <algorithm>
 #include <cstring>
@@ -106,7 +106,7 @@ bool writeKeys(const X11Connection& connection, const std::vector<uint8_t>& keys
     std::vector<xcb_void_cookie_t> cookies;
     for (const KeyRange& range : rangesToWrite(keys, wanted, allKeymaps(connection)))
         cookies.push_back(writeRange(connection, range, wanted));
-    bool isWritten = !connection.isBroken();
+    bool isWritten = connection.isUsable();
     for (const auto cookie : cookies) {
         if (owned(xcb_request_check(connection.get(), cookie)))
             isWritten = false;

@@ -1,6 +1,6 @@
 #include "platform/linux/x11/x11_event_pump.h"
 
-#include "platform/linux/x11/xcb_ptr.h"
+#include "platform/linux/xcb/xcb_ptr.h"
 
 namespace corvandi {
 
@@ -35,7 +35,7 @@ void X11EventPump::drain()
         if (!*alive)
             return;
     }
-    if (connection_.isBroken()) {
+    if (!connection_.isUsable()) {
         notifier_.setEnabled(false);
         lost_();
     }

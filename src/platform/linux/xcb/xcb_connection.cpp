@@ -38,10 +38,15 @@ bool XcbConnection::hasExtension(std::string_view name) const
     return answer && answer->present != 0;
 }
 
-XcbReply<xcb_generic_event_t> XcbConnection::pollEvent() const
+void XcbConnection::sync() const
+{
+    (void)reply(xcb_get_input_focus_reply, xcb_get_input_focus(get()));
+}
+
+XcbPtr<xcb_generic_event_t> XcbConnection::pollEvent() const
 {
     while (true) {
-        XcbReply<xcb_generic_event_t> event(xcb_poll_for_event(get()));
+        auto event = owned(xcb_poll_for_event(get()));
         // Type 0 is an error that belongs to a request whose answer nobody waits for, such as the
         // deletion of a window that has already gone.
         if (!event || event->response_type != 0)

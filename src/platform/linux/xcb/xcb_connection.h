@@ -1,20 +1,13 @@
 #pragma once
 
-#include <xcb/xcb.h>
+#include "platform/linux/xcb/xcb_ptr.h"
 
-#include <cstdlib>
 #include <memory>
 #include <string_view>
 
+#include <xcb/xcb.h>
+
 namespace corvandi {
-
-struct XcbFree {
-    void operator()(void* memory) const { std::free(memory); }
-};
-
-/// A reply, event or error that xcb has allocated.
-template<class T>
-using XcbReply = std::unique_ptr<T, XcbFree>;
 
 /// A connection of one's own to the X server that DISPLAY names. Errors of single requests never end
 /// the program: they come back as an empty reply. Without a server (or once it has gone) `isUsable` is
@@ -37,21 +30,24 @@ public:
     [[nodiscard]] xcb_atom_t atom(std::string_view name) const;
     /// Whether the server has the extension of this (protocol) name.
     [[nodiscard]] bool hasExtension(std::string_view name) const;
+    /// Sends what is queued.
     void flush() const { xcb_flush(connection_.get()); }
+    /// Returns when the server has carried out everything so far: one round trip.
+    void sync() const;
 
     /// Waits for the reply of one request: `reply(xcb_get_property_reply, cookie)`.
     template<class Reply, class Cookie>
-    [[nodiscard]] XcbReply<Reply> reply(Reply* (*function)(xcb_connection_t*, Cookie, xcb_generic_error_t**),
-                                        Cookie cookie) const
+    [[nodiscard]] XcbPtr<Reply> reply(Reply* (*function)(xcb_connection_t*, Cookie, xcb_generic_error_t**),
+                                      Cookie cookie) const
     {
         xcb_generic_error_t* error = nullptr;
-        XcbReply<Reply> result(function(connection_.get(), cookie, &error));
-        const XcbReply<xcb_generic_error_t> dropped(error);
+        auto result = owned(function(connection_.get(), cookie, &error));
+        const auto dropped = owned(error);
         return result;
     }
 
     /// The next event that has arrived, without waiting. Errors of requests without reply are dropped.
-    [[nodiscard]] XcbReply<xcb_generic_event_t> pollEvent() const;
+    [[nodiscard]] XcbPtr<xcb_generic_event_t> pollEvent() const;
 
 private:
     struct Disconnect {

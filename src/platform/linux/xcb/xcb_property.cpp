@@ -3,7 +3,7 @@
 namespace corvandi {
 namespace {
 
-XcbReply<xcb_get_property_reply_t> answer(const XcbConnection& x, PropertyRequest request, uint8_t format)
+XcbPtr<xcb_get_property_reply_t> answer(const XcbConnection& x, PropertyRequest request, uint8_t format)
 {
     auto reply = x.reply(xcb_get_property_reply, request.cookie);
     if (reply && reply->format != format)
