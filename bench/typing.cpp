@@ -10,8 +10,8 @@
 // blocking:  how long the main thread's other work has to wait while a text is inserted.
 //
 // Exits with 1 when a text is not right, when typing is not five times as fast as xdotool's, or when the
-// main thread was kept for longer than 10 ms (the median of the runs, since on a busy machine the scheduler
-// keeps it, too).
+// main thread was kept for longer than 10 ms in one of twenty turns (on a busy machine the scheduler keeps
+// it, too).
 
 #include "platform/linux/x11/modifier_masks.h"
 #include "platform/x11/x11_session.h"
@@ -76,17 +76,22 @@ size_t wrongCharacters(const QString& expected, const QString& held)
     return row.back();
 }
 
-Milliseconds median(std::vector<Milliseconds> values)
+Milliseconds percentile(std::vector<Milliseconds> values, size_t percent)
 {
     std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
+    return values[(values.size() - 1) * percent / 100];
+}
+
+Milliseconds median(std::vector<Milliseconds> values)
+{
+    return percentile(std::move(values), 50);
 }
 
 // --- exactness
 
 int timesRight(TypingDesk& desk, TargetKind kind)
 {
-    const QString text = mixedText(longText, linesOf(kind));
+    const QString text = mixedText(longText);
     int right = 0;
     for (int i = 0; i < repetitions; ++i) {
         desk.open(kind);
@@ -172,7 +177,7 @@ bool measureSpeed()
     bool isFast = true;
     TypingDesk desk;
     for (const TargetKind kind : targets) {
-        const QString text = mixedText(longText, linesOf(kind));
+        const QString text = mixedText(longText);
         const Performance ours = ofOurs(desk, kind, text);
         const Performance theirs = ofXdotool(desk, kind, text);
         const double ratio = theirs.time / ours.time;
@@ -197,14 +202,14 @@ public:
     {
         const auto start = Clock::now();
         work();
-        longest = std::max<Milliseconds>(longest, Clock::now() - start);
+        turns.emplace_back(Clock::now() - start);
     }
 
-    Milliseconds longest{0};
+    std::vector<Milliseconds> turns;
 };
 
 struct Insertion {
-    Milliseconds longestTurn;
+    std::vector<Milliseconds> turns;
     Milliseconds whole;
 };
 
@@ -222,13 +227,14 @@ Insertion insertionOf(TypingDesk& desk, const QString& text)
     const auto start = Clock::now();
     queue.run([&] { const auto task = store(injector.insert(text, InsertionMethod::type), result); });
     (void)waitUntil([&] { return result->has_value(); }, 60s);
-    return {queue.longest, Clock::now() - start};
+    return {queue.turns, Clock::now() - start};
 }
 
 bool measureBlocking()
 {
-    std::printf("\ninserting into a terminal: medians (and worst) of %d, in ms\n\n"
-                "characters   longest turn of the main thread   until all is posted\n",
+    std::printf("\ninserting into a terminal, %d times each, in ms\n\n"
+                "             turns of the main thread\n"
+                "characters   median     95 %%  longest   until all is posted (median)\n",
                 repetitions);
     bool isShort = true;
     for (const int count : {20, 200, 2000, 20000}) {
@@ -237,17 +243,14 @@ bool measureBlocking()
         for (int i = 0; i < repetitions; ++i) {
             // A new keyboard: the extra characters are put onto it in each of the runs.
             TypingDesk desk;
-            const Insertion insertion = insertionOf(desk, mixedText(count, Lines::several));
-            turns.push_back(insertion.longestTurn);
+            const Insertion insertion = insertionOf(desk, mixedText(count));
+            turns.insert(turns.end(), insertion.turns.begin(), insertion.turns.end());
             wholes.push_back(insertion.whole);
         }
-        const auto worst = [](const auto& values) {
-            return std::max_element(values.begin(), values.end())->count();
-        };
-        std::printf("%10d   %18.1f (%5.1f)   %17.1f (%5.1f)\n", count, median(turns).count(), worst(turns),
-                    median(wholes).count(), worst(wholes));
+        std::printf("%10d  %7.2f  %7.2f  %7.2f   %19.1f\n", count, median(turns).count(),
+                    percentile(turns, 95).count(), percentile(turns, 100).count(), median(wholes).count());
         std::fflush(stdout);
-        isShort = isShort && median(turns) <= longestBlock;
+        isShort = isShort && percentile(turns, 95) <= longestBlock;
     }
     return isShort;
 }

@@ -1,10 +1,11 @@
-// qt_text_field FILE TITLE: a window with a text field that records its text and every key press.
+// qt_text_field FILE TITLE: a window with a text field of several lines that records its text and every key
+// press.
 
 #include "record.h"
 
 #include <QApplication>
 #include <QKeyEvent>
-#include <QLineEdit>
+#include <QPlainTextEdit>
 
 #include <cstdlib>
 
@@ -28,7 +29,7 @@ protected:
             const bool withAlt = key->modifiers().testFlag(Qt::AltModifier);
             record_.key(key->nativeVirtualKey(), withAlt ? Record::Alt::down : Record::Alt::up);
         }
-        if (event->type() == QEvent::FocusIn && qobject_cast<QLineEdit*>(receiver) != nullptr)
+        if (event->type() == QEvent::FocusIn && qobject_cast<QPlainTextEdit*>(receiver) != nullptr)
             record_.focus();
         return false;
     }
@@ -48,9 +49,9 @@ int main(int count, char** arguments)
     Observer observer(record);
     application.installEventFilter(&observer);
 
-    QLineEdit field;
-    QObject::connect(&field, &QLineEdit::textChanged,
-                     [&record](const QString& text) { record.text(text.toStdString()); });
+    QPlainTextEdit field;
+    QObject::connect(&field, &QPlainTextEdit::textChanged,
+                     [&] { record.text(field.toPlainText().toStdString()); });
     field.setWindowTitle(QString::fromLocal8Bit(arguments[2]));
     constexpr QSize size(900, 60);
     field.resize(size);

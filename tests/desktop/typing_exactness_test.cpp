@@ -21,7 +21,7 @@ TEST_P(TypingExactnessTest, ALongMixedTextArrivesToTheLastCharacter)
     const uint8_t locked = capsLock == CapsLock::on ? x11_mask::lock : x11_mask::none;
     desk.setLocks(locked);
 
-    const QString text = mixedText(longText, linesOf(kind));
+    const QString text = mixedText(longText);
     ASSERT_TRUE(desk.insert(text));
     EXPECT_TRUE(holds(text));
     EXPECT_EQ(desk.locks(), locked);

@@ -20,12 +20,7 @@ constexpr std::u32string_view extras = U"äöüßÄÖÜéèêàçñøåæœ„�
 
 } // namespace
 
-Lines linesOf(harness::TargetApplication::Kind kind)
-{
-    return kind == harness::TargetApplication::Kind::qtField ? Lines::one : Lines::several;
-}
-
-QString mixedText(int count, Lines lines)
+QString mixedText(int count)
 {
     constexpr int lineBreakEvery = 80;
     const std::u32string plain = ascii();
@@ -33,7 +28,7 @@ QString mixedText(int count, Lines lines)
     std::u32string text;
     for (int i = 1; i <= count; ++i) {
         const std::u32string_view kind = random() % 2 ? std::u32string_view(plain) : extras;
-        const bool isLineBreak = lines == Lines::several && i % lineBreakEvery == 0;
+        const bool isLineBreak = i % lineBreakEvery == 0;
         text.push_back(isLineBreak ? U'\n' : kind[random() % kind.size()]);
     }
     return QString::fromUcs4(text.data(), static_cast<qsizetype>(text.size()));
