@@ -28,8 +28,10 @@ SettingsView::SettingsView(SettingsNavigator& navigator, Panes panes, QWidget* p
     line.addWidget(&sidebar);
     auto& column = kit::makeInnerLayout<QVBoxLayout>();
     line.addLayout(&column, 1);
-    title_.setContentsMargins(titleMargins);
-    column.addWidget(&title_);
+    auto& head = kit::makeInnerLayout<QHBoxLayout>();
+    head.setContentsMargins(titleMargins);
+    head.addWidget(&title_);
+    column.addLayout(&head);
     column.addWidget(&stack_, 1);
     setTabOrder(&sidebar, &stack_);
     connect(&navigator, &SettingsNavigator::paneChanged, this,
@@ -74,7 +76,7 @@ void SettingsView::showPane(SettingsPane pane)
 void SettingsView::paintEvent(QPaintEvent*)
 {
     const kit::Colors colors = kit::Colors::of(*this);
-    QPainter(this).fillRect(QRect(Sidebar::width, 0, dividerWidth, height()), colors.hairline);
+    QPainter(this).fillRect(QRect(Sidebar::fixedWidth, 0, dividerWidth, height()), colors.hairline);
 }
 
 } // namespace corvandi

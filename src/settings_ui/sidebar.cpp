@@ -86,7 +86,7 @@ private:
 Sidebar::Sidebar(SettingsNavigator& navigator, QWidget* parent)
     : QListWidget(parent)
 {
-    setFixedWidth(width);
+    setFixedWidth(fixedWidth);
     setFrameShape(QFrame::NoFrame);
     setViewportMargins(margin, margin + 4, margin, margin);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -15,7 +15,7 @@ class Sidebar : public QListWidget {
 
 public:
     /// Points; the same at every size of the window.
-    static constexpr int width = 215;
+    static constexpr int fixedWidth = 215;
 
     explicit Sidebar(SettingsNavigator& navigator, QWidget* parent = nullptr);
 

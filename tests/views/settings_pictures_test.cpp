@@ -1,20 +1,14 @@
+#include "settings_fixture.h"
+
 #include "appearance/palettes.h"
-#include "settings_ui/general_pane_view.h"
-#include "settings_ui/kit/empty_state.h"
 #include "settings_ui/kit/icon_button.h"
 #include "settings_ui/kit/text_field.h"
-#include "settings_ui/permissions_pane_view.h"
-#include "settings_ui/settings_view.h"
-#include "settings_ui/welcome_view.h"
-#include "support/event_loop.h"
-#include "support/settings_parts.h"
+#include "settings_ui/managed_widget_windows.h"
 
 #include <QApplication>
 #include <QHBoxLayout>
 
-#include <gtest/gtest.h>
-
-namespace corvandi {
+namespace corvandi::testing {
 namespace {
 
 using namespace std::chrono_literals;
@@ -22,7 +16,7 @@ using namespace std::chrono_literals;
 const QColor accent(48, 140, 198);
 
 /// Keeps pictures of everything that the windows can look like, to be looked at.
-class SettingsPictures : public ::testing::TestWithParam<const char*> {
+class SettingsPictures : public SettingsFixture, public ::testing::WithParamInterface<const char*> {
 protected:
     SettingsPictures()
     {
@@ -35,34 +29,14 @@ protected:
     static void keep(QWidget& window, const QString& name)
     {
         window.show();
-        ASSERT_TRUE(testing::waitUntil([&] { return window.isVisible(); }));
+        ASSERT_TRUE(waitUntil([&] { return window.isVisible(); }));
         // Switches glide for a moment.
-        testing::runFor(200ms);
+        runFor(200ms);
         const QPixmap picture = window.grab();
         const QString scale = QString::number(picture.devicePixelRatio());
         EXPECT_TRUE(picture.save(QStringLiteral(SCREENSHOTS "/settings_%1_%2_%3x.png")
                                      .arg(name, QLatin1String(GetParam()), scale)));
     }
-    [[nodiscard]] std::unique_ptr<SettingsView> makeSettings()
-    {
-        return std::make_unique<SettingsView>(
-            parts.navigator,
-            SettingsView::Panes{
-                .general =
-                    [this] { return std::make_unique<GeneralPaneView>(parts.general, parts.recorder); },
-                .vocabulary =
-                    [] {
-                        return std::make_unique<kit::EmptyState>(
-                            Symbol::characterBookClosed, QStringLiteral("No replacements"),
-                            QStringLiteral("Words that are put right after every dictation show here."));
-                    },
-                .history = [] { return std::make_unique<QWidget>(); },
-                .permissions =
-                    [this] { return std::make_unique<PermissionsPaneView>(parts.permissionsPane); },
-            });
-    }
-
-    testing::SettingsParts parts;
 };
 
 INSTANTIATE_TEST_SUITE_P(Looks, SettingsPictures, ::testing::Values("light", "dark"),
@@ -71,6 +45,7 @@ INSTANTIATE_TEST_SUITE_P(Looks, SettingsPictures, ::testing::Values("light", "da
 TEST_P(SettingsPictures, GeneralPane)
 {
     const auto view = makeSettings();
+    view->resize(SettingsView::smallestSize);
     keep(*view, QStringLiteral("general"));
     parts.recorder.beginRecording();
     parts.model.state = LanguageModelAvailability::appleIntelligenceNotEnabled;
@@ -88,6 +63,7 @@ TEST_P(SettingsPictures, PermissionsPane)
     parts.navigator.setPane(SettingsPane::permissions);
     parts.accessibility.trusted = false;
     const auto view = makeSettings();
+    view->resize(SettingsView::smallestSize);
     keep(*view, QStringLiteral("permissions"));
     parts.accessibility.trusted = true;
     parts.permissions.refresh();
@@ -98,6 +74,7 @@ TEST_P(SettingsPictures, EmptyPane)
 {
     parts.navigator.setPane(SettingsPane::vocabulary);
     const auto view = makeSettings();
+    view->resize(SettingsView::smallestSize);
     keep(*view, QStringLiteral("empty"));
 }
 
@@ -106,6 +83,7 @@ TEST_P(SettingsPictures, Welcome)
     parts.microphone.present = AuthorizationStatus::notDetermined;
     parts.accessibility.trusted = false;
     WelcomeView view(parts.makeWelcome());
+    view.setFixedHeight(view.heightForWidth(view.width()));
     keep(view, QStringLiteral("welcome"));
     parts.accessibility.trusted = true;
     parts.permissions.refresh();
@@ -142,7 +120,7 @@ TEST_P(SettingsPictures, KeyboardFocusAndDisabled)
     form.setAttribute(Qt::WA_KeyboardFocusChange);
     form.show();
     form.activateWindow();
-    ASSERT_TRUE(testing::waitUntil([&] { return form.isActiveWindow(); }));
+    ASSERT_TRUE(waitUntil([&] { return form.isActiveWindow(); }));
     focused.toggle().setFocus(Qt::TabFocusReason);
     keep(form, QStringLiteral("kit"));
     prominent.setFocus(Qt::TabFocusReason);
@@ -153,4 +131,4 @@ TEST_P(SettingsPictures, KeyboardFocusAndDisabled)
 }
 
 } // namespace
-} // namespace corvandi
+} // namespace corvandi::testing

@@ -11,6 +11,8 @@ namespace {
 
 constexpr QMargins margins(metrics::rowMargin, metrics::rowPadding, metrics::rowMargin, metrics::rowPadding);
 
+constexpr int belowSpacing = 4;
+
 } // namespace
 
 FormRow::FormRow(const QString& label, QWidget* parent)
@@ -26,6 +28,8 @@ FormRow::FormRow(const QString& label, QWidget* parent)
 
 void FormRow::setControl(QWidget& control)
 {
+    // What the eye sees of the control ends where the others end.
+    line_.setContentsMargins(0, 0, -control.contentsMargins().right(), 0);
     line_.addWidget(&control, 0, Qt::AlignVCenter);
     if (control.accessibleName().isEmpty())
         control.setAccessibleName(label_.text());
@@ -43,7 +47,11 @@ void FormRow::setCaption(const QString& text, TextStyle style)
 
 void FormRow::addBelow(QWidget& widget)
 {
-    column_.addWidget(&widget, 0, Qt::AlignLeft);
+    auto& place = makeInnerLayout<QHBoxLayout>();
+    place.setContentsMargins(0, belowSpacing, 0, 0);
+    place.addWidget(&widget);
+    place.addStretch();
+    column_.addLayout(&place);
 }
 
 ToggleRow::ToggleRow(const QString& label, QWidget* parent)

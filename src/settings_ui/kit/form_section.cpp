@@ -7,7 +7,13 @@ namespace corvandi::kit {
 namespace {
 
 /// Headers and footers stand a little in from the edge of the card.
-constexpr QMargins labelInset(metrics::rowMargin, 0, metrics::rowMargin, 0);
+QVBoxLayout& inset(TextLabel& label)
+{
+    auto& place = makeInnerLayout<QVBoxLayout>();
+    place.setContentsMargins(metrics::rowMargin, 0, metrics::rowMargin, 0);
+    place.addWidget(&label);
+    return place;
+}
 
 } // namespace
 
@@ -18,11 +24,9 @@ FormSection::FormSection(const QString& header, QWidget* parent)
     , footer_(makeChild<TextLabel>(*this, QString(), TextStyle::caption))
 {
     auto& column = makeLayout<QVBoxLayout>(*this, {}, metrics::headerSpacing);
-    header_.setContentsMargins(labelInset);
-    footer_.setContentsMargins(labelInset);
-    column.addWidget(&header_);
+    column.addLayout(&inset(header_));
     column.addWidget(&card_);
-    column.addWidget(&footer_);
+    column.addLayout(&inset(footer_));
     header_.setOptionalText(header);
     footer_.setOptionalText({});
 }

@@ -2,6 +2,7 @@
 
 #include "settings_ui/kit/child.h"
 #include "settings_ui/kit/metrics.h"
+#include "settings_ui/kit/scroll_bar.h"
 
 namespace corvandi::kit {
 namespace {
@@ -23,6 +24,7 @@ GroupedForm::GroupedForm(QWidget* parent)
     line.addStretch(1);
     line.addWidget(&column_, columnStretch, Qt::AlignTop);
     line.addStretch(1);
+    setVerticalScrollBar(&makeChild<ScrollBar>(*this));
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

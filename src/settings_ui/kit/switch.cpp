@@ -28,6 +28,7 @@ Switch::Switch(QWidget* parent)
     setCheckable(true);
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setContentsMargins(ringRoom, ringRoom, ringRoom, ringRoom);
     animation_.setEasingCurve(QEasingCurve::InOutCubic);
     connect(&animation_, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
         position_ = value.toReal();

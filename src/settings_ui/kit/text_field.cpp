@@ -44,7 +44,8 @@ void TextField::setPlaceholder(const QString& text)
 
 void TextField::paintEvent(QPaintEvent* event)
 {
-    const Colors colors = Colors::of(*this);
+    // Its own palette has a clear base.
+    const Colors colors = Colors::of(parentWidget() ? *parentWidget() : *this);
     {
         QPainter painter(this);
         const QRectF frame(rect());
