@@ -51,6 +51,7 @@ public:
 private:
     [[nodiscard]] MenuEntries entries() const
     {
+        say("asked");
         return MenuContent{
             .settings = settings_,
             .isHotkeyActive = isHotkeyActive_,

@@ -29,9 +29,10 @@ public:
     TrayPeer& operator=(const TrayPeer&) = delete;
 
     /// Changes its inputs, and returns when that is done: 'a' whether the hotkey is active, 'u' whether
-    /// updates can be checked for; as capitals, the icon is told.
+    /// updates can be checked for; as capitals, the icon is told. What it said before is forgotten.
     void command(char letter);
-    /// Waits until it has printed this line.
+    /// Waits until it has printed this line: "asked" for the menu's entries, "chose" something, or a
+    /// line of the log.
     [[nodiscard]] bool hasSaid(const std::string& line,
                                std::chrono::milliseconds limit = std::chrono::seconds(5));
     /// Everything that it has printed, errors too.
