@@ -2,6 +2,7 @@
 
 #include "appearance/palettes.h"
 #include "settings_ui/kit/icon_button.h"
+#include "settings_ui/kit/painting.h"
 #include "settings_ui/kit/text_field.h"
 #include "settings_ui/managed_widget_windows.h"
 
@@ -122,6 +123,7 @@ TEST_P(SettingsPictures, KeyboardFocusAndDisabled)
     form.activateWindow();
     ASSERT_TRUE(waitUntil([&] { return form.isActiveWindow(); }));
     focused.toggle().setFocus(Qt::TabFocusReason);
+    EXPECT_TRUE(kit::showsFocus(focused.toggle()));
     keep(form, QStringLiteral("kit"));
     prominent.setFocus(Qt::TabFocusReason);
     keep(form, QStringLiteral("kit_button"));
