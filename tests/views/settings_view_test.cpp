@@ -1,5 +1,6 @@
 #include "settings_fixture.h"
 
+#include "settings_ui/kit/painting.h"
 #include "settings_ui/sidebar.h"
 
 #include <QElapsedTimer>
@@ -111,6 +112,18 @@ TEST_F(SettingsViewTest, TheWholePageIsReachedByTabInVisualOrder)
                                    QStringLiteral("Open Apple Intelligence Settings…"),
                                    QStringLiteral("Insert text by"), QStringLiteral("Save history"),
                                    QStringLiteral("Launch at login"), QStringLiteral("Settings pages")));
+}
+
+TEST_F(SettingsViewTest, TheFocusIsShownToThoseWhoUseTheKeyboard)
+{
+    const auto view = makeSettings();
+    ASSERT_TRUE(isShown(*view));
+    auto& toggle = named<kit::Switch>(*view, QStringLiteral("Save history"));
+    QTest::mouseClick(&toggle, Qt::LeftButton);
+    ASSERT_TRUE(toggle.hasFocus());
+    EXPECT_FALSE(kit::showsFocus(toggle)) << "a click needs no ring";
+    QTest::keyClick(&toggle, Qt::Key_Tab);
+    EXPECT_TRUE(kit::showsFocus(*QApplication::focusWidget()));
 }
 
 TEST_F(SettingsViewTest, OpeningTakesATenthOfASecond)
