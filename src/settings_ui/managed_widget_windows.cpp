@@ -53,6 +53,7 @@ public:
         const QScreen* screen = QGuiApplication::primaryScreen();
         if (!screen)
             return;
+        window_->layout()->activate();
         // The frame's place; before it is shown nobody knows how wide its edges will be.
         QRect frame = window_->frameGeometry();
         frame.moveCenter(screen->availableGeometry().center());

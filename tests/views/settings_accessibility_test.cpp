@@ -30,6 +30,16 @@ bool isInteractive(const QAccessibleInterface& element)
     }
 }
 
+/// A combo box is called what is chosen; what it is for is told by its label.
+QString nameOf(const QAccessibleInterface& element)
+{
+    if (element.role() == QAccessible::ComboBox) {
+        for (const auto& [related, relation] : element.relations(QAccessible::Label))
+            return related->text(QAccessible::Name);
+    }
+    return element.text(QAccessible::Name);
+}
+
 class SettingsAccessibilityTest : public SettingsFixture {
 protected:
     /// The interactive elements of `view` by their names; checks each of them.
@@ -40,7 +50,7 @@ protected:
         walk(QAccessible::queryAccessibleInterface(&view), [&found](QAccessibleInterface& element) {
             if (!isInteractive(element))
                 return;
-            const QString name = element.text(QAccessible::Name);
+            const QString name = nameOf(element);
             const auto* object = element.object();
             EXPECT_FALSE(name.isEmpty()) << (object ? object->metaObject()->className() : "an item");
             EXPECT_NE(element.role(), QAccessible::NoRole) << name.toStdString();

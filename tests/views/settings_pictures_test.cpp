@@ -2,6 +2,7 @@
 
 #include "appearance/palettes.h"
 #include "settings_ui/kit/icon_button.h"
+#include "settings_ui/kit/painting.h"
 #include "settings_ui/kit/text_field.h"
 #include "settings_ui/managed_widget_windows.h"
 
@@ -117,13 +118,16 @@ TEST_P(SettingsPictures, KeyboardFocusAndDisabled)
     section.addWidget(search);
     section.setFooter(
         QStringLiteral("A footer that explains what the section is about, in two lines if it has to."));
-    form.setAttribute(Qt::WA_KeyboardFocusChange);
     form.show();
     form.activateWindow();
     ASSERT_TRUE(waitUntil([&] { return form.isActiveWindow(); }));
-    focused.toggle().setFocus(Qt::TabFocusReason);
+    search.setFocus();
+    QTest::keyClick(&search, Qt::Key_Tab);
+    EXPECT_TRUE(focused.toggle().hasFocus());
+    EXPECT_TRUE(kit::showsFocus(focused.toggle()));
     keep(form, QStringLiteral("kit"));
-    prominent.setFocus(Qt::TabFocusReason);
+    while (!prominent.hasFocus())
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     keep(form, QStringLiteral("kit_button"));
     // They belong to the test.
     for (QWidget* widget : {static_cast<QWidget*>(&line), static_cast<QWidget*>(&search)})

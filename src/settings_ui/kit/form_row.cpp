@@ -3,15 +3,17 @@
 #include "settings_ui/kit/child.h"
 #include "settings_ui/kit/metrics.h"
 
-#include <QAccessible>
+#include <QComboBox>
 #include <QMouseEvent>
 
 namespace corvandi::kit {
 namespace {
 
-constexpr QMargins margins(metrics::rowMargin, metrics::rowPadding, metrics::rowMargin, metrics::rowPadding);
-
-constexpr int belowSpacing = 4;
+/// Some controls have room around them that is clear most of the time, such as that of a focus ring. As much
+/// is left for it in every row, so that what the eye sees of the controls ends where the lines end.
+constexpr int clearRoom = 3;
+constexpr QMargins margins(metrics::rowMargin, metrics::rowPadding, metrics::rowMargin - clearRoom,
+                           metrics::rowPadding);
 
 } // namespace
 
@@ -28,11 +30,15 @@ FormRow::FormRow(const QString& label, QWidget* parent)
 
 void FormRow::setControl(QWidget& control)
 {
-    // What the eye sees of the control ends where the others end.
-    line_.setContentsMargins(0, 0, -control.contentsMargins().right(), 0);
+    line_.setContentsMargins(0, 0, qMax(0, clearRoom - control.contentsMargins().right()), 0);
     line_.addWidget(&control, 0, Qt::AlignVCenter);
     if (control.accessibleName().isEmpty())
         control.setAccessibleName(label_.text());
+    // Combo boxes are known to assistive programs by their label alone.
+    if (qobject_cast<QComboBox*>(&control)) {
+        label_.setText(label_.text().replace(QLatin1Char('&'), QLatin1String("&&")));
+        label_.setBuddy(&control);
+    }
 }
 
 void FormRow::setCaption(const QString& text, TextStyle style)
@@ -47,11 +53,7 @@ void FormRow::setCaption(const QString& text, TextStyle style)
 
 void FormRow::addBelow(QWidget& widget)
 {
-    auto& place = makeInnerLayout<QHBoxLayout>();
-    place.setContentsMargins(0, belowSpacing, 0, 0);
-    place.addWidget(&widget);
-    place.addStretch();
-    column_.addLayout(&place);
+    column_.addWidget(&widget, 0, Qt::AlignLeft);
 }
 
 ToggleRow::ToggleRow(const QString& label, QWidget* parent)

@@ -18,7 +18,7 @@ inline constexpr int rowPadding = 8;
 inline constexpr int rowHeight = 44;
 /// Between a label and its control.
 inline constexpr int rowSpacing = 16;
-inline constexpr int captionSpacing = 3;
+inline constexpr int captionSpacing = 4;
 
 inline constexpr int controlRadius = 6;
 inline constexpr int controlHeight = 30;
