@@ -54,6 +54,8 @@ const char* nameOf(TargetKind kind)
         return "Qt field";
     case TargetKind::gtkField:
         return "GTK field";
+    case TargetKind::qtForm:
+        return "Qt form";
     }
     return "";
 }

@@ -50,6 +50,8 @@ protected:
         return "QtField";
     case TargetKind::gtkField:
         return "GtkField";
+    case TargetKind::qtForm:
+        return "QtForm";
     }
     return {};
 }
