@@ -2,8 +2,8 @@
 
 #include "platform/linux/x11/keyboard_state.h"
 #include "platform/linux/x11/modifier_masks.h"
-#include "platform/linux/xcb/xcb_ptr.h"
 #include "platform/linux/x11/xkb_protocol.h"
+#include "platform/linux/xcb/xcb_ptr.h"
 #include "support/event_loop.h"
 
 #include <QDeadlineTimer>

@@ -4,9 +4,9 @@
 #include "platform/linux/x11/keyboard_devices.h"
 #include "platform/linux/x11/keymap_reader.h"
 #include "platform/linux/x11/modifier_masks.h"
-#include "platform/linux/xcb/xcb_ptr.h"
 #include "platform/linux/x11/xkb_protocol.h"
 #include "platform/linux/x11/xtest_keys.h"
+#include "platform/linux/xcb/xcb_ptr.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "platform/linux/x11/keyboard_helps.h"
 
-#include "platform/linux/xcb/xcb_ptr.h"
 #include "platform/linux/x11/xkb_protocol.h"
+#include "platform/linux/xcb/xcb_ptr.h"
 
 #include <array>
 
