@@ -42,7 +42,7 @@ protected:
     [[nodiscard]] static bool isInTheMiddle(const QWidget& window)
     {
         const QPoint off =
-            window.frameGeometry().center() - QGuiApplication::primaryScreen()->availableGeometry().center();
+            window.geometry().center() - QGuiApplication::primaryScreen()->availableGeometry().center();
         // Without its frame, whose edges are not known before it is first shown.
         return std::abs(off.x()) <= 40 && std::abs(off.y()) <= 40;
     }
