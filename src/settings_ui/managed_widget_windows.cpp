@@ -55,7 +55,10 @@ public:
             return;
         window_->layout()->activate();
         // The frame's place; before it is shown nobody knows how wide its edges will be.
+        // And the toolkit may have measured them while the window manager was still making the frame.
         QRect frame = window_->frameGeometry();
+        if (!frame.contains(window_->geometry()))
+            frame = window_->geometry();
         frame.moveCenter(screen->availableGeometry().center());
         window_->move(frame.topLeft());
     }
