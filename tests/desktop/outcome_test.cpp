@@ -38,6 +38,13 @@ void reachForTheHotkey()
     std::this_thread::sleep_for(300ms);
 }
 
+/// When the message has been faded in.
+void keepPictureOfMessage(const Session& session)
+{
+    std::this_thread::sleep_for(500ms);
+    session.keepScreenshot("message");
+}
+
 TEST(AnInsertedText, IsInTheHistoryAndLeavesTheClipboardAlone)
 {
     Session session;
@@ -103,7 +110,7 @@ TEST(Silence, IsToldAndChangesNothing)
     std::this_thread::sleep_for(1s);
     session.releaseHotkey();
     session.program().waitForLine("Corvandi: Didn't catch that.");
-    session.keepScreenshot("message");
+    keepPictureOfMessage(session);
     target.settle(session.keyboard());
 
     EXPECT_EQ(target.text(), "");
@@ -140,7 +147,7 @@ TEST(SwitchingTheApplicationWhileSpeaking, LeavesTheTextOnTheClipboard)
     other.activate();
     session.releaseHotkey();
     session.program().waitForLine(savedToClipboard);
-    session.keepScreenshot("message");
+    keepPictureOfMessage(session);
     other.settle(session.keyboard());
 
     EXPECT_EQ(target.text(), "");
@@ -162,7 +169,7 @@ TEST(APasswordFieldAtThePress, IsRefused)
     reachForTheHotkey();
     session.pressHotkey();
     session.program().waitForLine("Corvandi: Dictation isn't available in password fields.");
-    session.keepScreenshot("message");
+    keepPictureOfMessage(session);
     desktop::playToEnd(recordings::goForward().file);
     session.releaseHotkey();
     target.settle(session.keyboard());
