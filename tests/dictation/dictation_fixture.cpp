@@ -42,6 +42,9 @@ DictationFixture::~DictationFixture()
     queue.drain();
     engine.endAllResults();
     queue.advance(10s);
+    // Of a dictation that waited until time had ended the one before it.
+    engine.endAllResults();
+    queue.drain();
 }
 
 void DictationFixture::press()
