@@ -68,7 +68,7 @@ QString DictationController::cleaned(const QString& transcript, const Target& ta
     // What is rewritten keeps its punctuation: it tells the model where the sentences are.
     const PostProcessor::Options options{.removeDisfluencies = settings_.removeDisfluencies(),
                                          .keepPunctuation = rewriteWanted || settings_.autoPunctuation()};
-    return withValidSurrogates(PostProcessor::process(replaced, options));
+    return PostProcessor::process(replaced, options);
 }
 
 QCoro::Task<QString> DictationController::rewritten(QString text)

@@ -79,6 +79,14 @@ TEST_F(RewriteDeliveryTest, AFailedRewriteKeepsTheText)
     EXPECT_EQ(controller->store().history()[0].text, words);
 }
 
+TEST_F(RewriteDeliveryTest, HalfACharacterInTheAnswerBecomesTheReplacementCharacter)
+{
+    dictate(words);
+    model.answer(QStringLiteral("So, we went home ") + QChar(0xD83D));
+    queue.drain();
+    EXPECT_EQ(keyboard.typed(), QStringLiteral("So, we went home \uFFFD"));
+}
+
 TEST_F(RewriteDeliveryTest, AnAnswerAfterFourSecondsIsNotWaitedFor)
 {
     dictate(words);
