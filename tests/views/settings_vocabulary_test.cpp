@@ -76,9 +76,9 @@ protected:
     }
 
     Store& store = start();
-    testing::FakeApplicationDirectory directory;
+    testing::FakeApplicationDirectory applications;
     testing::FakeWorkspace workspace;
-    AppCatalog catalog{directory, workspace, Locale(QStringLiteral("en-US"))};
+    AppCatalog catalog{applications, workspace, Locale(QStringLiteral("en-US"))};
     VocabularyPane pane{store};
     AppInfo browsed{QStringLiteral("org.browsed"), QStringLiteral("Browsed")};
     VocabularyPaneView view{pane, catalog,
@@ -209,7 +209,7 @@ TEST_F(VocabularyViewTest, AnApplicationIsRemovedWithItsRules)
 
 TEST_F(VocabularyViewTest, TheMenuOffersRunningApplications)
 {
-    directory.running = {
+    applications.running = {
         {.bundleID = QStringLiteral("org.mail"), .localizedName = QStringLiteral("R&D Mail")},
         {.bundleID = QStringLiteral("a"), .localizedName = QStringLiteral("Apple")}};
     ASSERT_TRUE(isShown(view));
