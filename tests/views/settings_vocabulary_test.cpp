@@ -23,6 +23,7 @@ const QString addReplacement = QStringLiteral("Add Replacement");
 
 class VocabularyViewTest : public StoreFixture {
 protected:
+    VocabularyViewTest() { view.resize(600, 500); }
     void addRule(const char* from, const char* to, const VocabScope& scope = global)
     {
         store.addVocab(QString::fromUtf8(from), QString::fromUtf8(to), scope);
@@ -102,7 +103,9 @@ TEST_F(VocabularyViewTest, ATypedRuleIsAddedAndItsFieldsAreEmptied)
     EXPECT_FALSE(named<QPushButton>(view, addReplacement).isEnabled());
     retype(to, "the ");
     EXPECT_EQ(from.text(), QStringLiteral(" teh ")) << "nothing is trimmed while it is typed";
-    QTest::mouseClick(&named<QPushButton>(view, addReplacement), Qt::LeftButton);
+    auto& add = named<QPushButton>(view, addReplacement);
+    EXPECT_TRUE(add.isEnabled());
+    QTest::mouseClick(&add, Qt::LeftButton);
     EXPECT_THAT(stored(), ElementsAre(QStringLiteral("teh>the")));
     EXPECT_EQ(from.text(), QString());
     EXPECT_EQ(to.text(), QString());
