@@ -82,6 +82,26 @@ TEST_F(DesktopFilesTest, AFolderThatIsMissingIsWatchedThroughItsParent)
     EXPECT_TRUE(watched.contains(folder.filePath(QStringLiteral("system/applications"))));
 }
 
+TEST_F(DesktopFilesTest, AnEntryWhoseProgramIsMissingIsNotUsable)
+{
+    write(QStringLiteral("system/applications/a.desktop"), application + "TryExec=sh\n");
+    write(QStringLiteral("system/applications/b.desktop"), application + "TryExec=/no/such/program\n");
+    write(QStringLiteral("system/applications/c.desktop"), application);
+    const auto files = read();
+    EXPECT_FALSE(files.index.withId(QStringLiteral("a"))->isUnusable);
+    EXPECT_TRUE(files.index.withId(QStringLiteral("b"))->isUnusable);
+    EXPECT_FALSE(files.index.withId(QStringLiteral("c"))->isUnusable);
+}
+
+TEST_F(DesktopFilesTest, NamesAreReadInTheLanguagesThatAreGiven)
+{
+    write(QStringLiteral("system/applications/a.desktop"), application + "Name=Files\nName[de]=Dateien\n");
+    const DesktopPaths german{
+        {folder.filePath(QStringLiteral("system/applications"))}, {}, {QStringLiteral("de")}};
+    EXPECT_EQ(readDesktopFiles(german, {}).index.withId(QStringLiteral("a"))->name,
+              QStringLiteral("Dateien"));
+}
+
 TEST_F(DesktopFilesTest, AReadingThatIsStoppedEndsWithoutTheFiles)
 {
     write(QStringLiteral("system/applications/a.desktop"), application);

@@ -1,5 +1,5 @@
 // Shows one window until its standard input ends, and says "shown" once it is the active one.
-// Options: --class NAME, --gtk-id ID, --type-desktop.
+// Options: --class NAME, --gtk-id ID, --type-desktop, --type NAME (such as DOCK), --skip-taskbar.
 
 #include "platform/linux/xcb/xcb_property.h"
 
@@ -38,6 +38,27 @@ void applyOptions(const XcbConnection& x, xcb_window_t window, const QCommandLin
         setText(x, window, x.atom("_GTK_APPLICATION_ID"), options.value(QStringLiteral("gtk-id")).toUtf8());
     if (options.isSet(QStringLiteral("type-desktop")))
         setAtom(x, window, x.atom("_NET_WM_WINDOW_TYPE"), x.atom("_NET_WM_WINDOW_TYPE_DESKTOP"));
+    if (options.isSet(QStringLiteral("type"))) {
+        const std::string type = options.value(QStringLiteral("type")).toStdString();
+        setAtom(x, window, x.atom("_NET_WM_WINDOW_TYPE"), x.atom("_NET_WM_WINDOW_TYPE_" + type));
+    }
+    x.flush();
+}
+
+/// Asks the window manager to keep the window out of lists of windows.
+void skipTaskbar(const XcbConnection& x, xcb_window_t window)
+{
+    constexpr uint32_t addState = 1;
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = x.atom("_NET_WM_STATE");
+    message.data.data32[0] = addState;
+    message.data.data32[1] = x.atom("_NET_WM_STATE_SKIP_TASKBAR");
+    xcb_send_event(x.get(), 0, x.root(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&message)); // NOLINT: the protocol's own way
     x.flush();
 }
 
@@ -56,6 +77,8 @@ int main(int argc, char** argv)
     options.addOption({QStringLiteral("class"), {}, QStringLiteral("name")});
     options.addOption({QStringLiteral("gtk-id"), {}, QStringLiteral("id")});
     options.addOption({QStringLiteral("type-desktop"), {}});
+    options.addOption({QStringLiteral("type"), {}, QStringLiteral("name")});
+    options.addOption({QStringLiteral("skip-taskbar"), {}});
     options.process(application);
 
     const XcbConnection x;
@@ -75,6 +98,8 @@ int main(int argc, char** argv)
         if (!isActive(x, window))
             return;
         poll.stop();
+        if (options.isSet(QStringLiteral("skip-taskbar")))
+            skipTaskbar(x, window);
         std::puts("shown");
         std::fflush(stdout);
     });

@@ -83,10 +83,16 @@ ApplicationIdentity identify(const FrontWindow& window, const DesktopIndex& appl
     const bool isTerminal = entry ? entry->categories.contains(QLatin1String("TerminalEmulator"))
                                   : isBareTerminal(window.windowClass);
     ApplicationIdentity identity{idOf(window, entry),
-                                 isTerminal ? ApplicationKind::terminal : ApplicationKind::ordinary};
+                                 isTerminal ? ApplicationKind::terminal : ApplicationKind::ordinary,
+                                 entry ? entry->name : QString()};
     if (isFileManager(identity.id, entry, applications))
         identity.id = fileManagerIdentifier;
     return identity;
+}
+
+QString identifierOf(const DesktopEntry& entry, const DesktopIndex& applications)
+{
+    return isFileManager(entry.id, &entry, applications) ? fileManagerIdentifier : entry.id;
 }
 
 } // namespace corvandi

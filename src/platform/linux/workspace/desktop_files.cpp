@@ -1,11 +1,13 @@
 #include "platform/linux/workspace/desktop_files.h"
 
+#include "platform/linux/workspace/desktop_locales.h"
 #include "platform/linux/workspace/mime_applications.h"
 
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
 #include <QSet>
+#include <QStandardPaths>
 
 namespace corvandi {
 namespace {
@@ -34,8 +36,9 @@ QByteArray contentOf(const QString& path)
 
 class Reader {
 public:
-    explicit Reader(std::stop_token stop)
-        : stop_(std::move(stop))
+    Reader(QStringList locales, std::stop_token stop)
+        : locales_(std::move(locales))
+        , stop_(std::move(stop))
     {
     }
 
@@ -82,11 +85,15 @@ private:
         if (seen_.contains(id))
             return;
         seen_.insert(id);
-        auto entry = parseDesktopEntry(id, contentOf(path));
-        if (entry && !entry->hidden)
-            entries_.push_back(std::move(*entry));
+        auto entry = parseDesktopEntry(id, contentOf(path), locales_);
+        if (!entry || entry->hidden)
+            return;
+        entry->isUnusable = !entry->requiredProgram.isEmpty() &&
+                            QStandardPaths::findExecutable(entry->requiredProgram).isEmpty();
+        entries_.push_back(std::move(*entry));
     }
 
+    QStringList locales_;
     std::stop_token stop_;
     std::vector<DesktopEntry> entries_;
     std::vector<QByteArray> mimeAppsLists_;
@@ -104,6 +111,7 @@ DesktopPaths DesktopPaths::fromEnvironment()
     const QStringList data = foldersIn("XDG_DATA_HOME", home + QStringLiteral("/.local/share")) +
                              foldersIn("XDG_DATA_DIRS", QStringLiteral("/usr/local/share:/usr/share"));
     DesktopPaths paths;
+    paths.locales = desktopLocales(messageLocale());
     for (const QString& folder : data)
         paths.applicationFolders.append(folder + QStringLiteral("/applications"));
 
@@ -120,7 +128,7 @@ DesktopPaths DesktopPaths::fromEnvironment()
 
 DesktopFiles readDesktopFiles(const DesktopPaths& paths, const std::stop_token& stop)
 {
-    Reader reader(stop);
+    Reader reader(paths.locales, stop);
     for (const QString& folder : paths.applicationFolders)
         reader.readApplications(folder);
     for (const QString& list : paths.mimeAppsLists)

@@ -12,6 +12,8 @@ namespace corvandi {
 struct DesktopPaths {
     QStringList applicationFolders;
     QStringList mimeAppsLists;
+    /// The languages in which applications are to be named, see `desktopLocales`.
+    QStringList locales = {};
 
     /// As the XDG_* variables (or their standard defaults) say.
     [[nodiscard]] static DesktopPaths fromEnvironment();

@@ -26,6 +26,7 @@ public:
     [[nodiscard]] const DesktopEntry* withWindowClass(const QString& windowClass) const;
     /// The identifier of the application that opens folders; empty when there is none.
     [[nodiscard]] const QString& fileManagerId() const { return fileManagerId_; }
+    [[nodiscard]] const std::vector<DesktopEntry>& entries() const { return entries_; }
     [[nodiscard]] size_t size() const { return entries_.size(); }
 
 private:

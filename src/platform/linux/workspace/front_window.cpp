@@ -2,72 +2,12 @@
 
 #include "platform/linux/xcb/xcb_property.h"
 
-#include <QSysInfo>
-
-#include <xcb/res.h>
-
-#include <algorithm>
-
 namespace corvandi {
-namespace {
-
-/// Client identifiers came with version 1.2.
-bool negotiateXRes(const XcbConnection& x)
-{
-    constexpr uint8_t major = 1;
-    constexpr uint8_t minor = 2;
-    if (!x.hasExtension("X-Resource"))
-        return false;
-    const auto version = x.reply(xcb_res_query_version_reply, xcb_res_query_version(x.get(), major, minor));
-    return version && (version->server_major > major || version->server_minor >= minor);
-}
-
-xcb_res_query_client_ids_cookie_t askForProcess(const XcbConnection& x, xcb_window_t window)
-{
-    const xcb_res_client_id_spec_t client{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-    return xcb_res_query_client_ids(x.get(), 1, &client);
-}
-
-std::optional<pid_t> processKnownToServer(const XcbConnection& x, xcb_res_query_client_ids_cookie_t cookie)
-{
-    const auto reply = x.reply(xcb_res_query_client_ids_reply, cookie);
-    if (!reply)
-        return std::nullopt;
-    auto ids = xcb_res_query_client_ids_ids_iterator(reply.get());
-    for (; ids.rem > 0; xcb_res_client_id_value_next(&ids)) {
-        const bool isProcess = (ids.data->spec.mask & XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID) != 0;
-        if (isProcess && xcb_res_client_id_value_value_length(ids.data) > 0)
-            return static_cast<pid_t>(*xcb_res_client_id_value_value(ids.data));
-    }
-    return std::nullopt;
-}
-
-/// The process number that a window gives means something only on the machine that it gives.
-std::optional<pid_t> processBySelfReport(const std::vector<uint32_t>& pid, const std::string& machine)
-{
-    const bool isLocal = machine.empty() || QString::fromStdString(machine) == QSysInfo::machineHostName();
-    if (pid.empty() || !isLocal)
-        return std::nullopt;
-    return static_cast<pid_t>(pid.front());
-}
-
-/// The second of two strings that each end with a zero byte.
-QString classOf(const std::string& wmClass)
-{
-    const auto end = wmClass.find('\0');
-    return end == std::string::npos ? QString() : QString::fromLatin1(wmClass.c_str() + end + 1);
-}
-
-} // namespace
 
 FrontWindowReader::FrontWindowReader(const XcbConnection& x)
     : x_(x)
-    , hasXRes_(negotiateXRes(x))
+    , windows_(x)
     , netActiveWindow_(x.atom("_NET_ACTIVE_WINDOW"))
-    , gtkApplicationId_(x.atom("_GTK_APPLICATION_ID"))
-    , netWmPid_(x.atom("_NET_WM_PID"))
-    , netWmWindowType_(x.atom("_NET_WM_WINDOW_TYPE"))
-    , netWmWindowTypeDesktop_(x.atom("_NET_WM_WINDOW_TYPE_DESKTOP"))
 {
 }
 
@@ -82,29 +22,7 @@ std::optional<FrontWindow> FrontWindowReader::read() const
     const xcb_window_t window = activeWindow();
     if (window == XCB_WINDOW_NONE)
         return std::nullopt;
-
-    const auto gtkId = requestProperty(x_, window, gtkApplicationId_);
-    const auto wmClass = requestProperty(x_, window, XCB_ATOM_WM_CLASS);
-    const auto types = requestProperty(x_, window, netWmWindowType_);
-    const auto pid = requestProperty(x_, window, netWmPid_);
-    const auto machine = requestProperty(x_, window, XCB_ATOM_WM_CLIENT_MACHINE);
-    // Asked last: if the window is still there now, it was there for all of the above. Its number alone
-    // would still lead to the process.
-    const auto existence = xcb_get_geometry(x_.get(), window);
-
-    FrontWindow front;
-    if (hasXRes_)
-        front.process = processKnownToServer(x_, askForProcess(x_, window));
-    front.gtkApplicationId = QString::fromStdString(textOf(x_, gtkId));
-    front.windowClass = classOf(textOf(x_, wmClass));
-    const auto typeAtoms = wordsOf(x_, types);
-    front.isDesktop = std::count(typeAtoms.begin(), typeAtoms.end(), netWmWindowTypeDesktop_) > 0;
-    const auto selfReported = processBySelfReport(wordsOf(x_, pid), textOf(x_, machine));
-    if (!front.process)
-        front.process = selfReported;
-    if (!x_.reply(xcb_get_geometry_reply, existence))
-        return std::nullopt;
-    return front;
+    return windows_.answer(windows_.ask(window));
 }
 
 } // namespace corvandi

@@ -3,11 +3,6 @@
 #include <unistd.h>
 
 namespace corvandi {
-namespace {
-
-const QString programIdentifier = QStringLiteral("io.corvandi.Corvandi");
-
-} // namespace
 
 X11Workspace::X11Workspace(MainQueue& queue, DesktopPaths paths)
     : frontWindow_(x_)

@@ -34,6 +34,8 @@ public:
     /// Whether the active window belongs to a terminal emulator, where Ctrl+V is not "paste".
     [[nodiscard]] bool frontmostIsTerminal();
 
+    [[nodiscard]] const DesktopDatabase& applications() const { return applications_; }
+
 private:
     [[nodiscard]] std::optional<ApplicationIdentity> frontmost() const;
 

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "settings_ui/kit/button.h"
+#include "settings_ui/kit/text_field.h"
+#include "storage/app_catalog.h"
+
+#include <QDialog>
+#include <QListWidget>
+
+#include <functional>
+#include <vector>
+
+namespace corvandi {
+
+/// Lets the user pick one of the installed applications; typing narrows the list down. Nothing is picked
+/// when it is closed in any other way than by its button, Return or a double click.
+class AppChooser : public QDialog {
+    Q_OBJECT
+
+public:
+    using Picked = std::function<void(const AppInfo&)>;
+
+    AppChooser(const AppCatalog& catalog, Picked picked, QWidget* parent = nullptr);
+
+    /// Opens one over `parent` that goes when it is closed. Does not wait for it.
+    static void open(const AppCatalog& catalog, QWidget& parent, Picked picked);
+
+private:
+    void narrowDown(const QString& part);
+    void showState();
+    void pick();
+
+    std::vector<AppInfo> apps_;
+    Picked picked_;
+    kit::TextField& search_;
+    QListWidget& list_;
+    kit::Button& choose_;
+};
+
+} // namespace corvandi
