@@ -1,7 +1,7 @@
 // typing [exactness|speed|blocking ...]: on the virtual desktop that it is started in, types long texts
 // into real applications. Without arguments all of it, about six minutes.
 //
-//   desktop/desktop with -- build/release/bench/typing
+//   desktop/desktop with -- build/dev/bench/typing
 //
 // exactness: 2,000 characters of all kinds, ten times each, into a terminal, a GTK field and a Qt field,
 //            on three layouts, with CapsLock off and on; how often the text was right.

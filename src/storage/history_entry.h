@@ -2,12 +2,8 @@
 
 #include "base/date.h"
 
-#include <QByteArray>
 #include <QString>
 #include <QUuid>
-
-#include <optional>
-#include <vector>
 
 namespace corvandi {
 
