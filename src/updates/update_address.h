@@ -16,7 +16,4 @@ namespace corvandi {
 /// replaced by 127.0.0.1.
 [[nodiscard]] QUrl connectionAddress(const QUrl& url);
 
-/// Whether the host is written as an address of this machine, or as "localhost".
-[[nodiscard]] bool isLoopbackHost(const QString& host);
-
 } // namespace corvandi

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "http_server.h"
 #include "platform/linux/event_loop/qt_main_queue.h"
 #include "platform/linux/update/linux_update_source.h"
 #include "signer.h"
 #include "support/event_loop.h"
+#include "support/http_server.h"
 #include "support/recording_log.h"
 
 #include <QDir>

@@ -1,5 +1,7 @@
 #include "platform/linux/update/http_download.h"
 
+#include "base/loopback_host.h"
+#include "platform/linux/http/plain_request.h"
 #include "platform/linux/update/http_failure.h"
 #include "updates/update_address.h"
 
@@ -27,23 +29,6 @@ public:
         return systemProxyForQuery(query);
     }
 };
-
-QNetworkRequest requestFor(const QUrl& url)
-{
-    QNetworkRequest request(connectionAddress(url));
-    request.setRawHeader("User-Agent", "Corvandi");
-    // Qt would tell the person's language otherwise, and unpack what is compressed.
-    request.setRawHeader("Accept-Language", "*");
-    request.setRawHeader("Accept-Encoding", "identity");
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
-    request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
-    request.setAttribute(QNetworkRequest::CacheSaveControlAttribute, false);
-    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
-    return request;
-}
 
 bool isRedirection(int status)
 {
@@ -100,8 +85,8 @@ void HttpDownload::request(const QUrl& url)
         return;
     }
     idleTimer_.start();
-    reply_.reset(network_.get(requestFor(url)));
-    reply_->setReadBufferSize(bufferSize);
+    reply_.reset(network_.get(plainRequest(connectionAddress(url))));
+    limitReadBuffer(*reply_, bufferSize);
     connect(reply_.get(), &QNetworkReply::metaDataChanged, this, &HttpDownload::headersArrived);
     connect(reply_.get(), &QNetworkReply::readyRead, this, &HttpDownload::bytesArrived);
     connect(reply_.get(), &QNetworkReply::finished, this, &HttpDownload::replyFinished);

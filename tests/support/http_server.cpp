@@ -1,4 +1,4 @@
-#include "http_server.h"
+#include "support/http_server.h"
 
 #include <QSslServer>
 
@@ -14,6 +14,17 @@ std::unique_ptr<QTcpServer> secureListener(const QSslConfiguration& configuratio
     return listener;
 }
 
+qsizetype announcedLength(const QByteArray& requestHead)
+{
+    constexpr QByteArrayView name("\r\ncontent-length:");
+    const QByteArray lower = requestHead.toLower();
+    const qsizetype start = lower.indexOf(name);
+    if (start < 0)
+        return 0;
+    const qsizetype number = start + name.size();
+    return lower.sliced(number, lower.indexOf('\r', number) - number).trimmed().toLongLong();
+}
+
 } // namespace
 
 QByteArray head(const QByteArray& status, const QByteArray& headers)
@@ -21,23 +32,24 @@ QByteArray head(const QByteArray& status, const QByteArray& headers)
     return "HTTP/1.1 " + status + "\r\n" + headers + "\r\n";
 }
 
-HttpServer::HttpServer()
-    : HttpServer(std::make_unique<QTcpServer>(), QStringLiteral("http"))
+HttpServer::HttpServer(const QHostAddress& address)
+    : HttpServer(std::make_unique<QTcpServer>(), QStringLiteral("http"), address)
 {
 }
 
 HttpServer::HttpServer(const QSslConfiguration& configuration)
-    : HttpServer(secureListener(configuration), QStringLiteral("https"))
+    : HttpServer(secureListener(configuration), QStringLiteral("https"), QHostAddress::LocalHost)
 {
 }
 
-HttpServer::HttpServer(std::unique_ptr<QTcpServer> listener, const QString& scheme)
+HttpServer::HttpServer(std::unique_ptr<QTcpServer> listener, const QString& scheme,
+                       const QHostAddress& address)
     : listener_(std::move(listener))
     , scheme_(scheme)
 {
     QObject::connect(listener_.get(), &QTcpServer::pendingConnectionAvailable, listener_.get(),
                      [this] { accept(); });
-    if (!listener_->listen(QHostAddress::LocalHost))
+    if (!listener_->listen(address))
         throw std::runtime_error("the test server can't listen");
 }
 
@@ -93,12 +105,17 @@ void HttpServer::accept()
 
 void HttpServer::read(QTcpSocket& socket)
 {
-    const QByteArray waiting = socket.peek(64 * 1024);
+    const QByteArray waiting = socket.peek(socket.bytesAvailable());
     const qsizetype end = waiting.indexOf("\r\n\r\n");
     if (end < 0)
         return;
-    const QByteArray request = socket.read(end + 4);
+    const qsizetype headLength = end + 4;
+    const qsizetype bodyLength = announcedLength(waiting.first(headLength));
+    if (waiting.size() < headLength + bodyLength)
+        return;
+    const QByteArray request = socket.read(headLength);
     requests_.push_back(request);
+    bodies_.push_back(socket.read(bodyLength));
     const QByteArray path = request.split(' ').value(1);
     if (const auto found = answers_.find(path); found != answers_.end())
         found->second(socket);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHostAddress>
 #include <QSslConfiguration>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -21,7 +22,8 @@ class HttpServer {
 public:
     using Answer = std::function<void(QTcpSocket&)>;
 
-    HttpServer();
+    /// Over plain HTTP; `address` is one of this machine.
+    explicit HttpServer(const QHostAddress& address = QHostAddress::LocalHost);
     /// Over TLS, with this certificate and key.
     explicit HttpServer(const QSslConfiguration& configuration);
     ~HttpServer();
@@ -39,12 +41,14 @@ public:
 
     /// The heads of all requests, in order.
     [[nodiscard]] const std::vector<QByteArray>& requests() const { return requests_; }
+    /// What came with them; empty for a request that brings nothing.
+    [[nodiscard]] const std::vector<QByteArray>& bodies() const { return bodies_; }
     /// Connections that are open now.
     [[nodiscard]] int connectionCount() const { return connections_; }
     [[nodiscard]] int connectionsEver() const { return connectionsEver_; }
 
 private:
-    explicit HttpServer(std::unique_ptr<QTcpServer> listener, const QString& scheme);
+    HttpServer(std::unique_ptr<QTcpServer> listener, const QString& scheme, const QHostAddress& address);
     void accept();
     void read(QTcpSocket& socket);
 
@@ -52,6 +56,7 @@ private:
     QString scheme_;
     std::map<QByteArray, Answer> answers_;
     std::vector<QByteArray> requests_;
+    std::vector<QByteArray> bodies_;
     int connections_ = 0;
     int connectionsEver_ = 0;
 };
