@@ -32,7 +32,7 @@ QCoro::Task<> DictationController::deliver(std::optional<Transcript> result, Tar
         showTransient(translated("Transcription timed out."), HUDState::error);
         co_return;
     }
-    const bool rewriteWanted = isRewriteWanted();
+    const bool rewriteWanted = co_await isRewriteWanted();
     QString text = cleaned(result->text, target, rewriteWanted);
     if (trimmedOfSpacesAndTabs(text).isEmpty()) {
         showTransient(result->failed ? translated("Transcription failed.") : translated("Didn't catch that."),
@@ -55,9 +55,15 @@ QCoro::Task<> DictationController::deliver(std::optional<Transcript> result, Tar
     co_await deliverText(text, std::move(target), focus);
 }
 
-bool DictationController::isRewriteWanted() const
+QCoro::Task<bool> DictationController::isRewriteWanted()
 {
-    return settings_.cleanUpSentences() && !Rewriter::caption(platform_.languageModel.availability());
+    if (!settings_.cleanUpSentences())
+        co_return false;
+    // Known already, as a rule: the release has asked.
+    const OneShot<Done> known;
+    const auto look = platform_.languageModel.refreshAvailability([known] { known.complete({}); });
+    co_await known;
+    co_return !Rewriter::caption(platform_.languageModel.availability());
 }
 
 QString DictationController::cleaned(const QString& transcript, const Target& target, bool rewriteWanted)
@@ -154,6 +160,7 @@ void DictationController::showTransient(const QString& message, HUDState state)
 
 void DictationController::showProcessing(const QString& message)
 {
+    platform_.log.write(message);
     if (!isDictating_)
         hud_.showProcessing(message);
 }

@@ -170,6 +170,9 @@ void DictationController::endDictation()
         cancelDictation(startTask_);
         return;
     }
+    // So that the answer is there when the transcript is.
+    if (settings_.cleanUpSentences())
+        modelLook_ = platform_.languageModel.refreshAvailability([] {});
     sessionTask_ = std::make_shared<QCoro::Task<>>(
         runSession(weak_from_this(), platform_.queue, startTask_, targetBundleID_));
 }
@@ -292,12 +295,29 @@ void DictationController::applyHotkey()
         return;
     // The tap watches nothing any more: begin afresh, and again until the platform gives the chord.
     hotkey_.stop();
+    noticeHotkey();
     waitForAccessibilityThenStartHotkey();
+}
+
+bool DictationController::tryStartingHotkey()
+{
+    if (hotkey_.isStarted())
+        return true;
+    if (!hotkey_.start())
+        return false;
+    noticeHotkey();
+    return true;
+}
+
+void DictationController::noticeHotkey() const
+{
+    if (onHotkeyActiveChange)
+        onHotkeyActiveChange();
 }
 
 void DictationController::startHotkey()
 {
-    if (hotkey_.start())
+    if (tryStartingHotkey())
         return;
     platform_.log.write(QStringLiteral("global hotkey not active yet; waiting for Accessibility permission"));
     waitForAccessibilityThenStartHotkey();
@@ -309,7 +329,7 @@ void DictationController::waitForAccessibilityThenStartHotkey()
         const auto self = weak.lock();
         if (!self || !self->platform_.accessibility.isProcessTrusted(TrustPrompt::silent))
             return;
-        if (!self->hotkey_.start())
+        if (!self->tryStartingHotkey())
             return;
         self->permissionTimer_.reset();
         self->platform_.log.write(QStringLiteral("global hotkey activated"));

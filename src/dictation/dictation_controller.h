@@ -19,6 +19,7 @@
 #include <QString>
 
 #include <exception>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <set>
@@ -66,6 +67,10 @@ public:
     /// Puts in order what a dictation has borrowed, before the program ends.
     void shutDown();
 
+    /// Runs when `isHotkeyActive` has changed.
+    std::function<void()> onHotkeyActiveChange;
+    /// Whether the hotkey is being watched.
+    [[nodiscard]] bool isHotkeyActive() const { return hotkey_.isStarted(); }
     [[nodiscard]] const ModelState& modelState() const { return modelState_; }
     [[nodiscard]] bool isDictating() const { return isDictating_; }
     [[nodiscard]] HUDController& hud() { return hud_; }
@@ -81,6 +86,8 @@ private:
 
     // Press and release.
     void wireCallbacks();
+    [[nodiscard]] bool tryStartingHotkey();
+    void noticeHotkey() const;
     void receiveLevel(float level);
     void cancelDictation(TaskHandle start);
     static QCoro::Task<> runStart(Self weak, MainQueue& queue, TaskHandle previousSession);
@@ -96,7 +103,7 @@ private:
 
     // Delivery.
     [[nodiscard]] QCoro::Task<> deliver(std::optional<Transcript> result, Target target);
-    [[nodiscard]] bool isRewriteWanted() const;
+    [[nodiscard]] QCoro::Task<bool> isRewriteWanted();
     [[nodiscard]] QString cleaned(const QString& transcript, const Target& target, bool rewriteWanted);
     [[nodiscard]] QCoro::Task<QString> rewritten(QString text);
     [[nodiscard]] QCoro::Task<> deliverText(QString text, Target target, FocusTarget focus);
@@ -127,6 +134,8 @@ private:
     std::optional<MainQueue::Duration> recordingStart_;
     /// Completed when an insertion need not wait for the modifiers any more.
     OneShot<Done> keysAreFree_;
+    /// The look at the language model that the latest release has begun.
+    std::unique_ptr<Registration> modelLook_;
     Target targetBundleID_;
     /// When the present press happened, until the log has its first sound.
     std::optional<MainQueue::Duration> awaitedFirstAudio_;

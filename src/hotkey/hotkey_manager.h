@@ -35,6 +35,9 @@ public:
     /// Removes the tap; a press that is under way ends without `onStop`. Harmless when not started.
     void stop();
 
+    /// Whether the tap is there.
+    [[nodiscard]] bool isStarted() const { return tap_ != nullptr; }
+
     /// Sets the hotkey that governs the next events; a press that is under way stays under way. False
     /// when a tap is installed and the platform refuses to watch this hotkey: nothing is watched then
     /// until `stop` and a `start` that succeeds.

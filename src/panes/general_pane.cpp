@@ -12,8 +12,14 @@ GeneralPane::GeneralPane(const Parts& parts)
 
 void GeneralPane::refresh()
 {
-    const LanguageModelAvailability availability = parts_.languageModel.availability();
     launchAtLogin_ = parts_.loginItem.isEnabled();
+    Q_EMIT changed();
+    modelLook_ = parts_.languageModel.refreshAvailability([this] { takeAvailability(); });
+}
+
+void GeneralPane::takeAvailability()
+{
+    const LanguageModelAvailability availability = parts_.languageModel.availability();
     rewriteCaption_ = Rewriter::caption(availability);
     canEnableAppleIntelligence_ = availability == LanguageModelAvailability::appleIntelligenceNotEnabled;
     Q_EMIT changed();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/registration.h"
 #include "base/system_log.h"
 #include "platform/language_model.h"
 #include "platform/login_item.h"
@@ -9,12 +10,14 @@
 #include <QObject>
 #include <QString>
 
+#include <memory>
 #include <optional>
 
 namespace corvandi {
 
 /// What the general page of the settings knows besides the settings themselves: whether rewriting can be
-/// switched on, and whether the program starts at login. A snapshot: `refresh` takes it anew.
+/// switched on, and whether the program starts at login. A snapshot: `refresh` takes it anew. Until the
+/// first word from the language model arrives nothing speaks against rewriting.
 ///
 /// Thread: main thread only. The referees outlive it.
 class GeneralPane : public QObject {
@@ -40,7 +43,8 @@ public:
     /// Why the last change of it has failed.
     [[nodiscard]] const std::optional<QString>& launchAtLoginError() const { return launchAtLoginError_; }
 
-    /// Call it when the page is shown and when the application becomes active again.
+    /// Call it when the page is shown and when the application becomes active again. What the language
+    /// model says comes later, with another `changed`.
     void refresh();
     /// When the platform refuses, `launchAtLogin` stays as it was; `changed` follows all the same, so that
     /// a switch that shows more than that flips back.
@@ -52,11 +56,14 @@ Q_SIGNALS:
     void changed();
 
 private:
+    void takeAvailability();
+
     Parts parts_;
     std::optional<QString> rewriteCaption_;
     bool canEnableAppleIntelligence_ = false;
     bool launchAtLogin_ = false;
     std::optional<QString> launchAtLoginError_;
+    std::unique_ptr<Registration> modelLook_;
 };
 
 } // namespace corvandi

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/registration.h"
+
 #include <QString>
 
 #include <functional>
@@ -47,7 +49,13 @@ class LanguageModel {
 public:
     virtual ~LanguageModel() = default;
 
+    /// What the last look at the model has found; `otherReason` before the first. Asks nobody.
     [[nodiscard]] virtual LanguageModelAvailability availability() = 0;
+    /// Looks at the model, unless that was done in the last two seconds. `done` runs once, later, on the
+    /// main thread, when `availability` is at most two seconds old, and within two seconds at the latest: a
+    /// model that has not answered by then is not ready. Several who ask at a time share one look. The
+    /// model outlives the registration.
+    [[nodiscard]] virtual std::unique_ptr<Registration> refreshAvailability(std::function<void()> done) = 0;
     /// A new conversation that knows nothing but `instructions`. The model outlives it.
     [[nodiscard]] virtual std::unique_ptr<LanguageModelSession> makeSession(const QString& instructions) = 0;
 };

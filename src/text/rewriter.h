@@ -28,9 +28,10 @@ public:
     /// Why rewriting is not available, for the user; nothing when it is.
     [[nodiscard]] static std::optional<QString> caption(LanguageModelAvailability availability);
 
-    /// The rewritten text, without white space at its ends. Nothing when the model is not available (then
-    /// it is not asked), fails, takes more than 4 seconds (it is stopped then), or answers with less than
-    /// half as many characters as `text` has. Failures and the time-out are logged; never throws.
+    /// The rewritten text, without white space at its ends. Nothing when the model is not available as far
+    /// as is known (the caller has that refreshed; it is not asked then), fails, takes more than 4 seconds
+    /// (it is stopped then), or answers with less than half as many characters as `text` has. Failures and
+    /// the time-out are logged; never throws.
     [[nodiscard]] QCoro::Task<std::optional<QString>> rewrite(QString text);
 
 private:

@@ -39,6 +39,7 @@ DictationFixture::~DictationFixture()
           &engine.formatQuery, &engine.starting, &engine.finalizing})
         step->release();
     keyboard.freeKeys();
+    model.endLooks();
     queue.drain();
     engine.endAllResults();
     queue.advance(10s);

@@ -64,7 +64,7 @@ protected:
     FakeAudioConverters converters;
     FakeCaptureAuthorization microphone;
     FakeSpeechFramework engine;
-    FakeLanguageModel model;
+    FakeLanguageModel model{queue};
     FakeHUDPanels panels;
     Settings settings{defaults};
     std::shared_ptr<DictationController> controller;

@@ -1,5 +1,7 @@
 #include "dictation/dictation_fixture.h"
 
+#include <gmock/gmock.h>
+
 namespace corvandi::testing {
 namespace {
 
@@ -60,6 +62,25 @@ TEST_F(HotkeySetupTest, ANewHotkeyThatThePlatformRefusesIsTriedAgainUntilItIsFre
     taps.refusesTaps = false;
     queue.advance(2s);
     EXPECT_EQ(taps.watched, (KeyChord{36, 0x80000}));
+}
+
+TEST_F(HotkeySetupTest, WhoShowsWhetherTheHotkeyWorksIsToldOfEachChange)
+{
+    std::vector<bool> told;
+    controller->onHotkeyActiveChange = [&] { told.push_back(controller->isHotkeyActive()); };
+    taps.refusesTaps = true;
+    controller->startHotkey();
+    EXPECT_FALSE(controller->isHotkeyActive());
+    EXPECT_THAT(told, ::testing::IsEmpty());
+    taps.refusesTaps = false;
+    queue.advance(2s);
+    EXPECT_THAT(told, ::testing::ElementsAre(true));
+    controller->startHotkey();
+    EXPECT_THAT(told, ::testing::ElementsAre(true));
+    taps.refusesNewChords = true;
+    controller->applyHotkey();
+    EXPECT_THAT(told, ::testing::ElementsAre(true, false));
+    controller->onHotkeyActiveChange = nullptr;
 }
 
 using HotkeySetupDeathTest = DictationFixture;

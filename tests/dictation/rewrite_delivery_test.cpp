@@ -32,8 +32,92 @@ TEST_F(RewriteDeliveryTest, WithTheSwitchOffTheModelIsNotEvenAskedWhetherItIsThe
 {
     settings.setCleanUpSentences(false);
     dictate(words);
-    EXPECT_EQ(model.availabilityQueries, 0);
+    EXPECT_EQ(model.looks, 0);
     EXPECT_EQ(keyboard.typed(), words);
+}
+
+TEST_F(RewriteDeliveryTest, TheModelIsLookedAtFromTheReleaseOn)
+{
+    press();
+    queue.advance(1s);
+    EXPECT_EQ(model.looks, 0);
+    release();
+    EXPECT_EQ(model.looks, 1);
+}
+
+TEST_F(RewriteDeliveryTest, APressThatIsTooShortIsNoReasonToLookAtTheModel)
+{
+    hold(349ms);
+    EXPECT_EQ(model.looks, 0);
+}
+
+TEST_F(RewriteDeliveryTest, TheTextWaitsUntilItIsKnownWhetherTheModelIsThere)
+{
+    model.looksAreHeld = true;
+    dictate(words);
+    queue.advance(1s);
+    EXPECT_TRUE(shows(HUDState::processing, "Transcribing"));
+    EXPECT_TRUE(model.prompts.empty());
+    EXPECT_TRUE(nothingWasDelivered());
+
+    model.endLooks();
+    queue.drain();
+    EXPECT_TRUE(shows(HUDState::processing, "Polishing"));
+    EXPECT_EQ(model.prompts.size(), 1U);
+}
+
+TEST_F(RewriteDeliveryTest, AModelThatTurnsOutNotToBeThereIsNotAsked)
+{
+    model.looksAreHeld = true;
+    model.state = LanguageModelAvailability::modelNotReady;
+    dictate(words);
+    EXPECT_TRUE(nothingWasDelivered());
+    model.endLooks();
+    queue.drain();
+    EXPECT_TRUE(model.prompts.empty());
+    EXPECT_EQ(keyboard.typed(), words);
+}
+
+TEST_F(RewriteDeliveryTest, ATimedOutTranscriptDoesNotWaitForTheModel)
+{
+    model.looksAreHeld = true;
+    hold();
+    queue.advance(5s);
+    EXPECT_TRUE(shows(HUDState::error, "Transcription timed out."));
+}
+
+TEST_F(RewriteDeliveryTest, APressWhileTheModelIsLookedAtLeavesTheTextOnItsWay)
+{
+    model.looksAreHeld = true;
+    dictate(words);
+    press();
+    EXPECT_EQ(face().state(), HUDState::recording);
+    model.endLooks();
+    queue.drain();
+    EXPECT_EQ(face().state(), HUDState::recording) << "the newer dictation has the word";
+    answer("So, we went home, Ann.");
+    EXPECT_EQ(keyboard.typed(), QStringLiteral("So, we went home, Ann."));
+}
+
+TEST_F(RewriteDeliveryTest, TheNextDictationWaitsForOneThatWaitsForTheModel)
+{
+    model.looksAreHeld = true;
+    dictate(words);
+    press();
+    EXPECT_EQ(input.count("start"), 1);
+    model.endLooks();
+    queue.drain();
+    answer("So, we went home, Ann.");
+    EXPECT_EQ(input.count("start"), 2);
+}
+
+TEST_F(RewriteDeliveryTest, ASwitchThatGoesOnWhileTheTranscriptIsAwaitedCounts)
+{
+    settings.setCleanUpSentences(false);
+    hold();
+    settings.setCleanUpSentences(true);
+    recognise(words);
+    EXPECT_TRUE(shows(HUDState::processing, "Polishing"));
 }
 
 TEST_F(RewriteDeliveryTest, WithoutTheModelTheTextIsInsertedAsItIs)

@@ -5,6 +5,7 @@
 #include "support/fake_system_settings.h"
 #include "support/fake_user_defaults.h"
 #include "support/recording_log.h"
+#include "support/virtual_queue.h"
 
 #include <gmock/gmock.h>
 
@@ -23,10 +24,12 @@ protected:
     {
         model.state = availability;
         pane.refresh();
+        queue.drain();
     }
 
+    testing::VirtualQueue queue;
     testing::FakeUserDefaults defaults;
-    testing::FakeLanguageModel model;
+    testing::FakeLanguageModel model{queue};
     testing::FakeLoginItem loginItem;
     testing::FakeSystemSettings systemSettings;
     testing::RecordingLog log;
@@ -71,7 +74,50 @@ TEST_F(GeneralPaneTest, TheCaptionGoesWhenTheModelHasCome)
     refreshWith(LanguageModelAvailability::modelNotReady);
     refreshWith(LanguageModelAvailability::available);
     EXPECT_EQ(pane.rewriteCaption(), std::nullopt);
+    EXPECT_FALSE(pane.canEnableAppleIntelligence());
+}
+
+TEST_F(GeneralPaneTest, WhatIsShownStaysUntilTheModelHasAnswered)
+{
+    refreshWith(LanguageModelAvailability::modelNotReady);
+    model.looksAreHeld = true;
+    changes = 0;
+    refreshWith(LanguageModelAvailability::available);
+    EXPECT_NE(pane.rewriteCaption(), std::nullopt);
+    EXPECT_EQ(changes, 1) << "of the login item";
+    model.endLooks();
+    queue.drain();
+    EXPECT_EQ(pane.rewriteCaption(), std::nullopt);
     EXPECT_EQ(changes, 2);
+}
+
+TEST_F(GeneralPaneTest, BeforeTheFirstAnswerNothingIsHeldAgainstRewriting)
+{
+    model.looksAreHeld = true;
+    refreshWith(LanguageModelAvailability::otherReason);
+    EXPECT_EQ(pane.rewriteCaption(), std::nullopt);
+}
+
+TEST_F(GeneralPaneTest, ARefreshWhileTheModelIsLookedAtTakesThePlaceOfTheEarlierOne)
+{
+    model.looksAreHeld = true;
+    pane.refresh();
+    pane.refresh();
+    changes = 0;
+    model.endLooks();
+    queue.drain();
+    EXPECT_EQ(changes, 1);
+}
+
+TEST_F(GeneralPaneTest, APaneThatIsGoneIsToldNothing)
+{
+    model.looksAreHeld = true;
+    {
+        GeneralPane other{{settings, model, loginItem, systemSettings, log}};
+        other.refresh();
+        EXPECT_TRUE(model.isLookedAt());
+    }
+    EXPECT_FALSE(model.isLookedAt());
 }
 
 TEST_F(GeneralPaneTest, TheButtonOpensTheModelsPage)

@@ -19,15 +19,15 @@ namespace corvandi::testing {
 
 /// What the windows show, on facilities that the test sets.
 struct SettingsParts {
+    VirtualQueue queue;
     FakeUserDefaults defaults;
-    FakeLanguageModel model;
+    FakeLanguageModel model{queue};
     FakeLoginItem loginItem;
     FakeSystemSettings systemSettings;
     FakeKeyCapture capture;
     FakeCaptureAuthorization microphone;
     FakeAccessibility accessibility;
     RecordingLog log;
-    VirtualQueue queue;
     Settings settings{defaults};
     PermissionsModel permissions{microphone, accessibility};
     SettingsNavigator navigator;

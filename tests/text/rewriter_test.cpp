@@ -16,6 +16,13 @@ class RewriterTest : public ::testing::Test {
 protected:
     using Outcome = TaskOutcome<std::optional<QString>>;
 
+    RewriterTest() { lookAtModel(); }
+
+    void lookAtModel()
+    {
+        const auto look = model.refreshAvailability([] {});
+        queue.drain();
+    }
     [[nodiscard]] Outcome ask(const QString& text)
     {
         Outcome outcome(rewriter.rewrite(text));
@@ -36,7 +43,7 @@ protected:
 
     VirtualQueue queue;
     RecordingLog log;
-    FakeLanguageModel model;
+    FakeLanguageModel model{queue};
     Rewriter rewriter{model, queue, log};
 };
 
@@ -177,10 +184,18 @@ TEST_F(RewriterTest, AModelThatIsNotAvailableIsNotAsked)
           LanguageModelAvailability::appleIntelligenceNotEnabled, LanguageModelAvailability::modelNotReady,
           LanguageModelAvailability::otherReason}) {
         model.state = state;
+        lookAtModel();
         EXPECT_EQ(ask(QStringLiteral("hello")).value(), std::nullopt);
     }
     EXPECT_TRUE(model.instructions.empty());
     EXPECT_TRUE(log.lines().empty());
+}
+
+TEST_F(RewriterTest, ItTakesWhatIsKnownOfTheModelWithoutLooking)
+{
+    const int before = model.looks;
+    EXPECT_TRUE(rewrite("hello", "Hello."));
+    EXPECT_EQ(model.looks, before);
 }
 
 } // namespace
