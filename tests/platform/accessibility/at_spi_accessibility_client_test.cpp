@@ -1,5 +1,7 @@
 #include "accessibility_fixture.h"
+#include "platform/linux/accessibility/permitted_event_taps.h"
 #include "support/event_loop.h"
+#include "support/fake_event_tap.h"
 #include "support/recording_log.h"
 
 #include <QDBusConnectionInterface>
@@ -177,4 +179,30 @@ TEST_F(AtSpiAccessibilityClientTest, APersonIsAskedOnceAHungServiceHasBeenGivenU
     EXPECT_EQ(person.timesAsked, 0);
     EXPECT_TRUE(waitUntil([&] { return person.timesAsked == 1; }, 8s));
     EXPECT_TRUE(log.contains(QStringLiteral("the accessibility service does not answer")));
+}
+
+TEST_F(AtSpiAccessibilityClientTest, WhoWaitsForTheAnswerIsCalledOnce)
+{
+    int calls = 0;
+    client.whenAnswered([&] { ++calls; });
+    EXPECT_EQ(calls, 0);
+    ASSERT_TRUE(waitUntil([&] { return calls == 1; }));
+    EXPECT_TRUE(client.isProcessTrusted(TrustPrompt::silent));
+    setEnabled(session(), false);
+    ASSERT_TRUE(becomesTrusted(false));
+    EXPECT_EQ(calls, 1);
+    client.whenAnswered([&] { ++calls; });
+    EXPECT_EQ(calls, 2) << "no question is under way";
+}
+
+TEST_F(AtSpiAccessibilityClientTest, TapsAreRefusedAsLongAsTheServiceIsSwitchedOff)
+{
+    FakeEventTaps serverTaps;
+    PermittedEventTaps taps(serverTaps, client);
+    EXPECT_TRUE(taps.create({}, {})) << "nobody has said that it is off";
+    switchOff();
+    EXPECT_FALSE(taps.create({}, {}));
+    setEnabled(session(), true);
+    ASSERT_TRUE(becomesTrusted(true));
+    EXPECT_TRUE(taps.create({}, {}));
 }

@@ -22,6 +22,7 @@ TEST(AutostartEntry, NamesTheProgramInQuotes)
     EXPECT_EQ(entryFor("/usr/bin/corvandi"), "[Desktop Entry]\n"
                                              "Type=Application\n"
                                              "Name=Corvandi\n"
+                                             "TryExec=/usr/bin/corvandi\n"
                                              "Exec=\"/usr/bin/corvandi\"\n"
                                              "Icon=io.corvandi.Corvandi\n"
                                              "Terminal=false\n"

@@ -156,7 +156,17 @@ TEST(ApplicationIdentity, ATerminalIsKnownByItsCategory)
 
 TEST(ApplicationIdentity, ATerminalWithoutADesktopFileIsKnownByItsClass)
 {
-    for (const char* windowClass : {"XTerm", "UXTerm", "URxvt"})
+    for (const char* windowClass : {"mlterm", "St-256color"})
         EXPECT_EQ(identify(windowOfClass(windowClass), {}).kind, ApplicationKind::terminal) << windowClass;
     EXPECT_EQ(identify(windowOfClass("Zenity"), {}).kind, ApplicationKind::ordinary);
+}
+
+TEST(ApplicationIdentity, ATerminalThatCannotPasteIsKnownByItsClassWithAndWithoutADesktopFile)
+{
+    for (const char* windowClass : {"XTerm", "UXTerm", "URxvt"})
+        EXPECT_EQ(identify(windowOfClass(windowClass), {}).kind, ApplicationKind::terminalWithoutPaste);
+    DesktopEntry xterm = entry("debian-xterm", "XTerm");
+    xterm.categories = {text("TerminalEmulator")};
+    EXPECT_EQ(identify(windowOfClass("XTerm"), DesktopIndex({xterm}, {})).kind,
+              ApplicationKind::terminalWithoutPaste);
 }

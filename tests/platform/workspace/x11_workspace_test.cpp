@@ -103,21 +103,21 @@ protected:
 TEST_F(X11WorkspaceTest, WithoutAnyWindowThereIsNoApplication)
 {
     EXPECT_TRUE(waitUntil([&] { return !workspace.frontmostApplication(); }));
-    EXPECT_FALSE(workspace.frontmostIsTerminal());
+    EXPECT_EQ(workspace.frontmostKind(), ApplicationKind::ordinary);
 }
 
 TEST_F(X11WorkspaceTest, ATerminalIsTheOneOfItsDesktopFile)
 {
     Program xterm(text("xterm"), {});
     EXPECT_TRUE(showsAs(text("debian-xterm")));
-    EXPECT_TRUE(workspace.frontmostIsTerminal());
+    EXPECT_EQ(workspace.frontmostKind(), ApplicationKind::terminalWithoutPaste);
 }
 
 TEST_F(X11WorkspaceTest, AGtkProgramWithoutADesktopFileIsItsExecutable)
 {
     Program zenity(text("zenity"), {text("--entry")});
     EXPECT_TRUE(showsAs(text("zenity")));
-    EXPECT_FALSE(workspace.frontmostIsTerminal());
+    EXPECT_EQ(workspace.frontmostKind(), ApplicationKind::ordinary);
 }
 
 TEST_F(X11WorkspaceTest, AQtProgramWithoutADesktopFileIsItsExecutable)
@@ -157,7 +157,7 @@ TEST_F(X11WorkspaceTest, AnApplicationThatIsInstalledMeanwhileIsFound)
 
     installUserEntry("StartupWMClass=Peer\nCategories=TerminalEmulator;\n");
     EXPECT_TRUE(showsAs(text("org.example.Peer")));
-    EXPECT_TRUE(workspace.frontmostIsTerminal());
+    EXPECT_EQ(workspace.frontmostKind(), ApplicationKind::terminal);
 
     ASSERT_TRUE(QFile::remove(userEntry()));
     EXPECT_TRUE(showsAs(text("window_peer")));
@@ -209,7 +209,7 @@ TEST_F(X11WorkspaceTest, AWindowThatHasGoneGivesNothing)
     xcb_change_property(x.get(), XCB_PROP_MODE_REPLACE, x.root(), active, XCB_ATOM_WINDOW, 32, 1, &gone);
     ASSERT_EQ(wordsOf(x, requestProperty(x, x.root(), active)), std::vector<uint32_t>{gone});
     EXPECT_EQ(workspace.frontmostApplication(), std::nullopt);
-    EXPECT_FALSE(workspace.frontmostIsTerminal());
+    EXPECT_EQ(workspace.frontmostKind(), ApplicationKind::ordinary);
 }
 
 TEST_F(X11WorkspaceTest, AskingWhileAWindowIsKilledNeverFails)

@@ -43,8 +43,8 @@ protected:
 
     RecordingLog log;
     WatchedChord watched;
-    bool terminalIsFrontmost = false;
-    X11Keyboard keyboard{log, watched, [this] { return terminalIsFrontmost; }};
+    PasteShortcut pasteShortcut = PasteShortcut::controlV;
+    X11Keyboard keyboard{log, watched, [this] { return pasteShortcut; }};
     TypingTarget target;
     TestKeyboard person{TestKeyboard::Kind::hardware};
 };

@@ -230,7 +230,7 @@ TEST_F(X11KeyboardTest, TheLayoutIsAsBeforeWhenTheKeyboardHasGone)
 {
     const auto before = readKeymap(person.connection(), XCB_XKB_ID_USE_CORE_KBD);
     {
-        X11Keyboard other(log, watched, [] { return false; });
+        X11Keyboard other(log, watched, [] { return PasteShortcut::controlV; });
         const auto source = other.createSource(QStringLiteral("äöü 你好"));
         ASSERT_NE(source, nullptr);
         const auto between = readKeymap(person.connection(), XCB_XKB_ID_USE_CORE_KBD);
@@ -286,9 +286,18 @@ TEST_F(X11KeyboardShortcutTest, ThePasteShortcutIsControlV)
 
 TEST_F(X11KeyboardShortcutTest, ThePasteShortcutOfATerminalHasShiftToo)
 {
-    terminalIsFrontmost = true;
+    pasteShortcut = PasteShortcut::controlShiftV;
     strike(virtual_key::v, modifier_flags::command);
     EXPECT_TRUE(target.says("shortcut Ctrl+Shift+V"));
+}
+
+TEST_F(X11KeyboardShortcutTest, WhereThereIsNoPasteShortcutItsEventIsNotMade)
+{
+    pasteShortcut = PasteShortcut::none;
+    const auto source = keyboard.createSource(QString());
+    ASSERT_NE(source, nullptr);
+    EXPECT_FALSE(source->makeKeyEvent(virtual_key::v, KeyDirection::down));
+    EXPECT_TRUE(source->makeKeyEvent(virtual_key::none, KeyDirection::down));
 }
 
 TEST_F(X11KeyboardShortcutTest, ThePasteShortcutFollowsTheLetter)
@@ -332,7 +341,7 @@ protected:
 
     RecordingLog log;
     WatchedChord watched;
-    X11Keyboard keyboard{log, watched, [] { return false; }};
+    X11Keyboard keyboard{log, watched, [] { return PasteShortcut::controlV; }};
     TestKeyboard person{TestKeyboard::Kind::hardware};
     int calls = 0;
 };
@@ -394,7 +403,7 @@ TEST(X11KeyboardWithoutServerTest, NoSourceIsMadeAndNobodyWaits)
     qputenv("DISPLAY", ":12345");
     RecordingLog log;
     WatchedChord watched;
-    X11Keyboard keyboard(log, watched, [] { return false; });
+    X11Keyboard keyboard(log, watched, [] { return PasteShortcut::controlV; });
     qputenv("DISPLAY", before);
     EXPECT_EQ(keyboard.createSource(QStringLiteral("a")), nullptr);
     int calls = 0;
@@ -415,7 +424,7 @@ TEST(X11KeyboardTerminalTest, AMixedTextArrivesInXterm)
 
     RecordingLog log;
     WatchedChord watched;
-    X11Keyboard keyboard(log, watched, [] { return true; });
+    X11Keyboard keyboard(log, watched, [] { return PasteShortcut::none; });
     const QString text = mixedText(2000).remove(QLatin1Char('\t'));
     const auto hasFocus = [&] {
         const auto source = keyboard.createSource(QString());

@@ -24,6 +24,19 @@ bool AtSpiAccessibilityClient::isTrusted() const
     return hasInputExtensions_ && status_.state() == AccessibilityStatus::State::enabled;
 }
 
+bool AtSpiAccessibilityClient::isSwitchedOff() const
+{
+    return status_.state() == AccessibilityStatus::State::disabled;
+}
+
+void AtSpiAccessibilityClient::whenAnswered(std::function<void()> callback)
+{
+    if (!status_.isAsking())
+        return callback();
+    QObject::connect(&status_, &AccessibilityStatus::answered, &status_, std::move(callback),
+                     Qt::SingleShotConnection);
+}
+
 bool AtSpiAccessibilityClient::isProcessTrusted(TrustPrompt prompting)
 {
     status_.refresh();

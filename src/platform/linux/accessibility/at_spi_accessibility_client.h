@@ -33,6 +33,11 @@ public:
     /// (no session bus, or an X server without the extensions). When granted, the service is switched
     /// on, and the desktop's own setting with it.
     [[nodiscard]] bool isProcessTrusted(TrustPrompt prompt) override;
+    /// The service has said that it is switched off; false while it has said nothing.
+    [[nodiscard]] bool isSwitchedOff() const;
+    /// Calls back once, later, when the service has answered a question that is under way or has been given
+    /// up, which takes five seconds at most; at once when no question is under way.
+    void whenAnswered(std::function<void()> callback);
 
 private:
     [[nodiscard]] bool isTrusted() const;

@@ -44,7 +44,7 @@ QString autostartEntryName()
 
 QByteArray startingEntry(const QString& program)
 {
-    return QByteArray(entryBegin) + "Exec=" + asValue(quotedWord(program)) +
+    return QByteArray(entryBegin) + "TryExec=" + asValue(program) + "\nExec=" + asValue(quotedWord(program)) +
            "\nIcon=io.corvandi.Corvandi\nTerminal=false\nX-GNOME-Autostart-enabled=true\n";
 }
 

@@ -9,7 +9,7 @@ namespace corvandi {
 [[nodiscard]] QString autostartEntryName();
 
 /// An entry with which the desktop starts `program`, an absolute path, at login. The path is quoted, so
-/// that it may hold anything.
+/// that it may hold anything. Once the program is not there any more, the desktop passes over the entry.
 [[nodiscard]] QByteArray startingEntry(const QString& program);
 /// An entry that stands for "there is no such entry", whatever folders of less precedence hold.
 [[nodiscard]] QByteArray hiddenEntry();

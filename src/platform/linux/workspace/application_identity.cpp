@@ -8,17 +8,28 @@
 namespace corvandi {
 namespace {
 
-/// Terminals that are often installed without a desktop file, by the class of their windows.
-constexpr std::array<const char*, 12> bareTerminals{
-    "xterm",  "uxterm", "lxterm", "koi8rxterm", "rxvt",        "urxvt",
-    "mlterm", "kterm",  "aterm",  "eterm",      "st-256color", "stterm-256color",
+/// Terminals from before there was a shortcut for pasting, by the class of their windows.
+constexpr std::array<const char*, 9> terminalsWithoutPaste{
+    "xterm", "uxterm", "lxterm", "koi8rxterm", "rxvt", "urxvt", "kterm", "aterm", "eterm",
 };
+/// Other terminals that are often installed without a desktop file.
+constexpr std::array<const char*, 3> bareTerminals{"mlterm", "st-256color", "stterm-256color"};
 
-bool isBareTerminal(const QString& windowClass)
+template<size_t count>
+bool isAmong(const std::array<const char*, count>& names, const QString& windowClass)
 {
-    return std::any_of(bareTerminals.begin(), bareTerminals.end(), [&](const char* name) {
+    return std::any_of(names.begin(), names.end(), [&](const char* name) {
         return windowClass.compare(QLatin1String(name), Qt::CaseInsensitive) == 0;
     });
+}
+
+ApplicationKind kindOf(const FrontWindow& window, const DesktopEntry* entry)
+{
+    if (isAmong(terminalsWithoutPaste, window.windowClass))
+        return ApplicationKind::terminalWithoutPaste;
+    const bool isTerminal = entry ? entry->categories.contains(QLatin1String("TerminalEmulator"))
+                                  : isAmong(bareTerminals, window.windowClass);
+    return isTerminal ? ApplicationKind::terminal : ApplicationKind::ordinary;
 }
 
 /// The name of the process's program; empty when it has ended. A program that was replaced on disk
@@ -80,11 +91,7 @@ ApplicationIdentity identify(const FrontWindow& window, const DesktopIndex& appl
     if (window.isDesktop)
         return {fileManagerIdentifier, ApplicationKind::ordinary};
     const DesktopEntry* entry = entryOf(window, applications);
-    const bool isTerminal = entry ? entry->categories.contains(QLatin1String("TerminalEmulator"))
-                                  : isBareTerminal(window.windowClass);
-    ApplicationIdentity identity{idOf(window, entry),
-                                 isTerminal ? ApplicationKind::terminal : ApplicationKind::ordinary,
-                                 entry ? entry->name : QString()};
+    ApplicationIdentity identity{idOf(window, entry), kindOf(window, entry), entry ? entry->name : QString()};
     if (isFileManager(identity.id, entry, applications))
         identity.id = fileManagerIdentifier;
     return identity;

@@ -7,7 +7,12 @@
 
 namespace corvandi {
 
-enum class ApplicationKind { ordinary, terminal };
+enum class ApplicationKind {
+    ordinary,
+    terminal,
+    /// A terminal without a shortcut that pastes the clipboard, unless its user has made one.
+    terminalWithoutPaste,
+};
 
 struct ApplicationIdentity {
     /// The desktop-file identifier, or what comes nearest to one; empty when it can't be told.

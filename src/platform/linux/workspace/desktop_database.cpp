@@ -44,24 +44,29 @@ void DesktopDatabase::read()
 
 void DesktopDatabase::take(std::shared_ptr<const DesktopFiles> files)
 {
-    files_ = std::move(files);
+    const auto former = std::exchange(files_, std::move(files));
     isReading_ = false;
-    watch(files_->foldersToWatch);
-    if (std::exchange(changedMeanwhile_, false))
+    const bool hasNewWatches = watch(files_->foldersToWatch);
+    // Nobody told of what changed in a folder before it was watched. Folders that can't be watched are no
+    // reason to read for ever, hence the comparison.
+    const bool missedChanges = hasNewWatches || files_->foldersToWatch != former->foldersToWatch;
+    if (std::exchange(changedMeanwhile_, false) || missedChanges)
         readLater();
 }
 
-void DesktopDatabase::watch(const QStringList& folders)
+bool DesktopDatabase::watch(const QStringList& folders)
 {
     const QStringList watched = watcher_.directories();
+    bool hasNewWatches = false;
     for (const QString& folder : watched) {
         if (!folders.contains(folder))
             watcher_.removePath(folder);
     }
     for (const QString& folder : folders) {
-        if (!watched.contains(folder))
-            watcher_.addPath(folder);
+        if (!watched.contains(folder) && watcher_.addPath(folder))
+            hasNewWatches = true;
     }
+    return hasNewWatches;
 }
 
 } // namespace corvandi

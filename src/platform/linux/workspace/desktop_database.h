@@ -10,9 +10,11 @@
 
 namespace corvandi {
 
-/// The index of installed applications, kept current: read once by a thread of its own when it is
-/// created, and again half a second after a folder with desktop files has changed. A file that is
-/// edited in place, rather than replaced, is noticed only with the next change of its folder.
+/// The index of installed applications, kept current: read by a thread of its own when it is created, and
+/// again half a second after a folder with desktop files has changed. A reading tells which folders there
+/// are to watch; when it finds other ones than were watched while it went on, as the first one does, another
+/// reading follows, so that no change falls in between. A file that is edited in place, rather than
+/// replaced, is noticed only with the next change of its folder.
 ///
 /// Thread: main thread only; nothing here waits for the disk, save that destroying it during a reading
 /// waits for the file that is being read.
@@ -30,7 +32,8 @@ private:
     void read();
     void readLater();
     void take(std::shared_ptr<const DesktopFiles> files);
-    void watch(const QStringList& folders);
+    /// Watches these folders and no others; true when it began to watch one.
+    bool watch(const QStringList& folders);
 
     MainQueue& queue_;
     DesktopPaths paths_;

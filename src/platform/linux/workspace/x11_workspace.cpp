@@ -40,10 +40,10 @@ std::optional<pid_t> X11Workspace::frontmostProcess() const
     return window ? window->process : std::nullopt;
 }
 
-bool X11Workspace::frontmostIsTerminal()
+ApplicationKind X11Workspace::frontmostKind() const
 {
     const auto application = frontmost();
-    return application && application->kind == ApplicationKind::terminal;
+    return application ? application->kind : ApplicationKind::ordinary;
 }
 
 } // namespace corvandi

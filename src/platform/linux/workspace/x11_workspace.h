@@ -31,8 +31,8 @@ public:
     /// The process of the active window; nothing if there is none or it runs on another machine.
     [[nodiscard]] std::optional<pid_t> frontmostProcess() const;
 
-    /// Whether the active window belongs to a terminal emulator, where Ctrl+V is not "paste".
-    [[nodiscard]] bool frontmostIsTerminal();
+    /// What kind of application the active window belongs to; terminals differ in what "paste" is.
+    [[nodiscard]] ApplicationKind frontmostKind() const;
 
     [[nodiscard]] const DesktopDatabase& applications() const { return applications_; }
 

@@ -13,12 +13,12 @@ namespace corvandi {
 
 X11KeyEventSource::X11KeyEventSource(const X11Connection& connection, Keymap keymap,
                                      const KeyboardState& state, CharacterMap characters,
-                                     WatchedChord& watched, Question frontmostIsTerminal)
+                                     WatchedChord& watched, Question shortcutOfFrontmost)
     : connection_(connection)
     , keymap_(std::move(keymap))
     , characters_(std::move(characters))
     , watched_(watched)
-    , frontmostIsTerminal_(std::move(frontmostIsTerminal))
+    , shortcutOfFrontmost_(std::move(shortcutOfFrontmost))
 {
     suspendHelps();
     letModifiersGo(state);
@@ -75,6 +75,9 @@ void X11KeyEventSource::play(uint8_t keyCode, KeyDirection direction)
 std::optional<SyntheticKeyEvent> X11KeyEventSource::makeKeyEvent(uint16_t virtualKey, KeyDirection direction)
 {
     if (!x11KeyCode(virtualKey))
+        return std::nullopt;
+    // A V is only ever made for pasting.
+    if (virtualKey == virtual_key::v && shortcutOfFrontmost_() == PasteShortcut::none)
         return std::nullopt;
     return SyntheticKeyEvent{virtualKey, direction, 0, {}};
 }
@@ -133,18 +136,18 @@ std::optional<Stroke> X11KeyEventSource::strokeFor(const SyntheticKeyEvent& even
     if (!keyCode)
         return std::nullopt;
     if (event.virtualKey == virtual_key::v && event.flags == modifier_flags::command)
-        return pasteShortcut(*keyCode);
+        return pasteStroke(*keyCode);
     return Stroke{*keyCode, x11Mask(event.flags)};
 }
 
 /// Applications look for the letter, not for the place of the key; where the layout has no Latin letters
 /// they go by the place.
-Stroke X11KeyEventSource::pasteShortcut(uint8_t physicalKey) const
+Stroke X11KeyEventSource::pasteStroke(uint8_t physicalKey) const
 {
     const auto letter = characters_.find(U'v');
     const bool isPlain = letter && letter->modifiers == x11_mask::none;
-    const uint8_t modifiers =
-        frontmostIsTerminal_() ? x11_mask::control | x11_mask::shift : x11_mask::control;
+    const bool hasShift = shortcutOfFrontmost_() == PasteShortcut::controlShiftV;
+    const uint8_t modifiers = hasShift ? x11_mask::control | x11_mask::shift : x11_mask::control;
     return {isPlain ? letter->keyCode : physicalKey, modifiers};
 }
 

@@ -4,6 +4,7 @@
 #include "platform/linux/x11/character_map.h"
 #include "platform/linux/x11/keyboard_helps.h"
 #include "platform/linux/x11/keyboard_state.h"
+#include "platform/linux/x11/paste_shortcut.h"
 #include "platform/linux/x11/watched_chord.h"
 #include "platform/linux/x11/x11_connection.h"
 
@@ -22,12 +23,12 @@ namespace corvandi {
 /// the end at the latest.
 class X11KeyEventSource : public KeyEventSource {
 public:
-    using Question = std::function<bool()>;
+    using Question = std::function<PasteShortcut()>;
 
-    /// `connection` and `watched` must outlive the source. `frontmostIsTerminal` is asked once for each paste
-    /// shortcut.
+    /// `connection` and `watched` must outlive the source. `shortcutOfFrontmost` is asked for each event of a
+    /// paste shortcut.
     X11KeyEventSource(const X11Connection& connection, Keymap keymap, const KeyboardState& state,
-                      CharacterMap characters, WatchedChord& watched, Question frontmostIsTerminal);
+                      CharacterMap characters, WatchedChord& watched, Question shortcutOfFrontmost);
     ~X11KeyEventSource() override;
 
     X11KeyEventSource(const X11KeyEventSource&) = delete;
@@ -50,13 +51,13 @@ private:
     void press(const SyntheticKeyEvent& event);
     void release(const HeldKey& key);
     [[nodiscard]] std::optional<Stroke> strokeFor(const SyntheticKeyEvent& event) const;
-    [[nodiscard]] Stroke pasteShortcut(uint8_t physicalKey) const;
+    [[nodiscard]] Stroke pasteStroke(uint8_t physicalKey) const;
 
     const X11Connection& connection_;
     Keymap keymap_;
     CharacterMap characters_;
     WatchedChord& watched_;
-    Question frontmostIsTerminal_;
+    Question shortcutOfFrontmost_;
     bool hasTyped_ = false;
     uint8_t suspendedLocks_ = 0;
     /// As they were, while they are off.

@@ -50,7 +50,7 @@ public:
     Session& operator=(const Session&) = delete;
 
     [[nodiscard]] std::unique_ptr<KeyEventSource> createSource(const QString& text,
-                                                               const std::function<bool()>& isTerminal)
+                                                               const std::function<PasteShortcut()>& shortcut)
     {
         pump_.drainSoon();
         const auto state = readState(connection_);
@@ -66,7 +66,7 @@ public:
         lastTyping_ = std::chrono::steady_clock::now();
         CharacterMap strokes(*keymap, conditions);
         return std::make_unique<X11KeyEventSource>(connection_, std::move(*keymap), *state,
-                                                   std::move(strokes), watched_, isTerminal);
+                                                   std::move(strokes), watched_, shortcut);
     }
 
     [[nodiscard]] std::unique_ptr<Registration> whenKeysAreFree(std::function<void()> callback)
@@ -133,8 +133,9 @@ private:
     X11EventPump pump_;
 };
 
-X11Keyboard::X11Keyboard(SystemLog& log, WatchedChord& watched, std::function<bool()> frontmostIsTerminal)
-    : frontmostIsTerminal_(std::move(frontmostIsTerminal))
+X11Keyboard::X11Keyboard(SystemLog& log, WatchedChord& watched,
+                         std::function<PasteShortcut()> shortcutOfFrontmost)
+    : shortcutOfFrontmost_(std::move(shortcutOfFrontmost))
 {
     if (auto connection = X11Connection::open(log))
         session_ = std::make_unique<Session>(std::move(*connection), log, watched);
@@ -144,7 +145,7 @@ X11Keyboard::~X11Keyboard() = default;
 
 std::unique_ptr<KeyEventSource> X11Keyboard::createSource(const QString& text)
 {
-    return session_ ? session_->createSource(text, frontmostIsTerminal_) : nullptr;
+    return session_ ? session_->createSource(text, shortcutOfFrontmost_) : nullptr;
 }
 
 std::unique_ptr<Registration> X11Keyboard::whenKeysAreFree(std::function<void()> callback)

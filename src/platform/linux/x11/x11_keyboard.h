@@ -2,6 +2,7 @@
 
 #include "base/system_log.h"
 #include "platform/keyboard.h"
+#include "platform/linux/x11/paste_shortcut.h"
 #include "platform/linux/x11/watched_chord.h"
 
 #include <functional>
@@ -18,15 +19,16 @@ namespace corvandi {
 /// new characters is refused; they make room for others only after a minute without typing.
 ///
 /// Characters that no keyboard types are left out (`typedCharacters` says which), the rest arrives.
-/// The paste shortcut (Command with V) is Control+V, and Control+Shift+V in a terminal.
+/// The paste shortcut (Command with V) is what the frontmost application takes for it; where it knows none,
+/// the event for its key can't be made.
 ///
 /// It never waits for the receiving application, only for answers of the server (milliseconds). Without a
 /// server, or when it goes away, no source is made.
 class X11Keyboard : public Keyboard {
 public:
-    /// `log` and `watched` must outlive the keyboard. `frontmostIsTerminal` is asked when the paste shortcut
-    /// is posted.
-    X11Keyboard(SystemLog& log, WatchedChord& watched, std::function<bool()> frontmostIsTerminal);
+    /// `log` and `watched` must outlive the keyboard. `shortcutOfFrontmost` is asked when the paste shortcut
+    /// is made and posted.
+    X11Keyboard(SystemLog& log, WatchedChord& watched, std::function<PasteShortcut()> shortcutOfFrontmost);
     ~X11Keyboard() override;
 
     /// Sources must not outlive the keyboard, and at most one lives at a time.
@@ -39,7 +41,7 @@ public:
 private:
     class Session;
 
-    std::function<bool()> frontmostIsTerminal_;
+    std::function<PasteShortcut()> shortcutOfFrontmost_;
     /// Nothing without a server.
     std::unique_ptr<Session> session_;
 };
