@@ -7,15 +7,9 @@
 
 #include <QCoreApplication>
 #include <QPushButton>
-#include <QScrollBar>
-
-#include <algorithm>
 
 namespace corvandi {
 namespace {
-
-/// Fills the largest window some times over, and is made within a few milliseconds.
-constexpr std::size_t rowsAtATime = 30;
 
 QString translated(const char* text)
 {
@@ -27,13 +21,11 @@ QString translated(const char* text)
 HistoryPaneView::HistoryPaneView(HistoryPane& pane, QWidget* parent)
     : GroupedForm(parent)
     , pane_(pane)
-    , limit_(rowsAtATime)
 {
     addSearch();
-    list_ = &addSection();
+    addList();
     addClear();
     connect(&pane_, &HistoryPane::changed, this, &HistoryPaneView::showState);
-    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &HistoryPaneView::showMore);
     whenAppearing(*this, [this] { pane_.reload(); });
     showState();
 }
@@ -43,14 +35,22 @@ HistoryPaneView::~HistoryPaneView() = default;
 void HistoryPaneView::addSearch()
 {
     search_ = &addSection();
-    auto& field = kit::makeChild<kit::TextField>(*search_, Symbol::magnifyingglass);
-    field.setPlaceholder(translated(QT_TRANSLATE_NOOP("HistoryPane", "Search History")));
-    search_->addWidget(field);
-    field.setText(pane_.query());
-    connect(&field, &QLineEdit::textChanged, &pane_, [this](const QString& text) {
-        limit_ = rowsAtATime;
-        pane_.setQuery(text);
-    });
+    field_ = &kit::makeChild<kit::TextField>(*search_, Symbol::magnifyingglass);
+    field_->setPlaceholder(translated(QT_TRANSLATE_NOOP("HistoryPane", "Search History")));
+    search_->addWidget(*field_);
+    field_->setText(pane_.query());
+    connect(field_, &QLineEdit::textChanged, &pane_, &HistoryPane::setQuery);
+}
+
+void HistoryPaneView::addList()
+{
+    section_ = &addSection();
+    list_ = &kit::makeChild<kit::VirtualList>(section_->card(), static_cast<kit::ListContent&>(*this), *this);
+    list_->setAccessibleName(translated(QT_TRANSLATE_NOOP("HistoryPane", "History")));
+    list_->setFallbackFocus(*field_);
+    section_->card().addRow(*list_);
+    connect(list_, &kit::VirtualList::deleteRequested, &pane_,
+            [this](std::size_t index) { pane_.deleteEntry(pane_.entries().at(index)); });
 }
 
 void HistoryPaneView::addClear()
@@ -62,40 +62,46 @@ void HistoryPaneView::addClear()
     connect(&button, &QPushButton::clicked, &pane_, &HistoryPane::askToClear);
 }
 
+std::size_t HistoryPaneView::count() const
+{
+    return pane_.entries().size();
+}
+
+QUuid HistoryPaneView::idAt(std::size_t index) const
+{
+    return pane_.entries()[index].id;
+}
+
+int HistoryPaneView::estimatedHeight(std::size_t index, int width) const
+{
+    return HistoryRowView::estimatedHeight(pane_.entries()[index].text, width, fontMetrics());
+}
+
+std::unique_ptr<kit::ListRow> HistoryPaneView::makeRow()
+{
+    auto made = std::make_unique<HistoryRowView>();
+    const HistoryRowView* row = made.get();
+    connect(row, &HistoryRowView::copyRequested, &pane_, [this, row] { pane_.copy(row->entry()); });
+    connect(row, &HistoryRowView::deleteRequested, &pane_, [this, row] {
+        const HistoryEntry entry = row->entry();
+        pane_.deleteEntry(entry);
+    });
+    return made;
+}
+
+void HistoryPaneView::showItem(kit::ListRow& row, std::size_t index)
+{
+    static_cast<HistoryRowView&>(row).setEntry(pane_.entries()[index]);
+}
+
 void HistoryPaneView::showState()
 {
     search_->setVisible(pane_.hasHistory());
     clear_->setVisible(pane_.hasHistory());
-    showEntries();
+    list_->reload();
+    list_->setVisible(!pane_.entries().empty());
     showEmptyState();
     showConfirmation();
-}
-
-void HistoryPaneView::showEntries()
-{
-    const std::size_t count = std::min(pane_.entries().size(), limit_);
-    // Else each row that comes or goes would lay out all of them.
-    QLayout& layout = *list_->card().layout();
-    layout.setEnabled(false);
-    for (std::size_t index = 0; index < count; ++index)
-        row(index).setEntry(pane_.entries()[index]);
-    for (std::size_t index = 0; index < rows_.size(); ++index)
-        rows_[index]->setVisible(index < count);
-    layout.setEnabled(true);
-    layout.update();
-}
-
-HistoryRowView& HistoryPaneView::row(std::size_t index)
-{
-    if (index == rows_.size()) {
-        auto& made = kit::makeChild<HistoryRowView>(list_->card());
-        list_->card().addRow(made);
-        connect(&made, &HistoryRowView::copyRequested, &pane_, [this, &made] { pane_.copy(made.entry()); });
-        connect(&made, &HistoryRowView::deleteRequested, &pane_,
-                [this, &made] { pane_.deleteEntry(made.entry()); });
-        rows_.push_back(&made);
-    }
-    return *rows_[index];
 }
 
 void HistoryPaneView::showEmptyState()
@@ -109,7 +115,7 @@ void HistoryPaneView::showEmptyState()
         return;
     emptyState_ =
         std::make_unique<kit::EmptyState>(Symbol::clock, pane_.emptyTitle(), pane_.emptyDescription());
-    list_->card().addRow(*emptyState_);
+    section_->card().addRow(*emptyState_);
     emptyState_->show();
 }
 
@@ -122,32 +128,23 @@ void HistoryPaneView::showConfirmation()
         confirmation_.release()->deleteLater();
         return;
     }
-    confirmation_ = std::make_unique<QMessageBox>(window());
-    confirmation_->setText(translated(QT_TRANSLATE_NOOP("HistoryPane", "Clear all history?")));
-    confirmation_->setInformativeText(translated(QT_TRANSLATE_NOOP(
-        "HistoryPane", "This permanently removes every saved transcript and can't be undone.")));
-    const auto* clear = confirmation_->addButton(
-        translated(QT_TRANSLATE_NOOP("HistoryPane", "Clear History")), QMessageBox::DestructiveRole);
-    auto* cancel = confirmation_->addButton(translated(QT_TRANSLATE_NOOP("HistoryPane", "Cancel")),
-                                            QMessageBox::RejectRole);
+    confirmation_ = std::make_unique<kit::MessageDialog>(
+        translated(QT_TRANSLATE_NOOP("HistoryPane", "Clear all history?")),
+        translated(QT_TRANSLATE_NOOP("HistoryPane",
+                                     "This permanently removes every saved transcript and can't be undone.")),
+        window());
+    auto& cancel = confirmation_->addButton(translated(QT_TRANSLATE_NOOP("HistoryPane", "Cancel")),
+                                            QDialog::Rejected, kit::ButtonRole::standard);
+    confirmation_->addButton(translated(QT_TRANSLATE_NOOP("HistoryPane", "Clear History")), QDialog::Accepted,
+                             kit::ButtonRole::destructive);
     confirmation_->setDefaultButton(cancel);
-    confirmation_->setEscapeButton(cancel);
-    connect(confirmation_.get(), &QDialog::finished, this, [this, clear] {
-        if (confirmation_->clickedButton() == clear)
+    connect(confirmation_.get(), &QDialog::finished, &pane_, [this](int result) {
+        if (result == QDialog::Accepted)
             pane_.clear();
         else
             pane_.cancel();
     });
     confirmation_->open();
-}
-
-void HistoryPaneView::showMore()
-{
-    const QScrollBar& bar = *verticalScrollBar();
-    if (bar.value() + bar.pageStep() < bar.maximum() || limit_ >= pane_.entries().size())
-        return;
-    limit_ += rowsAtATime;
-    showEntries();
 }
 
 } // namespace corvandi

@@ -3,19 +3,18 @@
 #include "panes/history_pane.h"
 #include "settings_ui/history_row_view.h"
 #include "settings_ui/kit/grouped_form.h"
+#include "settings_ui/kit/message_dialog.h"
 #include "settings_ui/kit/text_field.h"
-
-#include <QMessageBox>
+#include "settings_ui/kit/virtual_list.h"
 
 #include <memory>
-#include <vector>
 
 namespace corvandi {
 
-/// The page with the saved transcripts. Of a long list, so many rows are made as have been scrolled to.
+/// The page with the saved transcripts.
 ///
 /// The pane outlives it.
-class HistoryPaneView : public kit::GroupedForm {
+class HistoryPaneView : public kit::GroupedForm, private kit::ListContent {
     Q_OBJECT
 
 public:
@@ -23,24 +22,28 @@ public:
     ~HistoryPaneView() override;
 
 private:
+    [[nodiscard]] std::size_t count() const override;
+    [[nodiscard]] QUuid idAt(std::size_t index) const override;
+    [[nodiscard]] int estimatedHeight(std::size_t index, int width) const override;
+    [[nodiscard]] std::unique_ptr<kit::ListRow> makeRow() override;
+    void showItem(kit::ListRow& row, std::size_t index) override;
+
     void addSearch();
+    void addList();
     void addClear();
     void showState();
-    void showEntries();
     void showEmptyState();
     void showConfirmation();
-    void showMore();
-    [[nodiscard]] HistoryRowView& row(std::size_t index);
 
     HistoryPane& pane_;
     kit::FormSection* search_ = nullptr;
-    kit::FormSection* list_ = nullptr;
+    kit::TextField* field_ = nullptr;
+    kit::FormSection* section_ = nullptr;
+    kit::VirtualList* list_ = nullptr;
     kit::FormSection* clear_ = nullptr;
-    std::vector<HistoryRowView*> rows_;
-    std::size_t limit_;
     std::unique_ptr<QWidget> emptyState_;
     QString emptyText_;
-    std::unique_ptr<QMessageBox> confirmation_;
+    std::unique_ptr<kit::MessageDialog> confirmation_;
 };
 
 } // namespace corvandi

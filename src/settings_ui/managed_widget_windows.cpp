@@ -1,13 +1,13 @@
 #include "settings_ui/managed_widget_windows.h"
 
-#include "settings_ui/kit/child.h"
 #include "symbols/application_icon.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QLayout>
+#include <QMainWindow>
 #include <QScreen>
-#include <QVBoxLayout>
 
 #include <utility>
 
@@ -16,14 +16,14 @@ namespace {
 
 constexpr QSize settingsSize(660, 460);
 
-/// Closing hides it, and says so before.
-class Window : public QWidget {
+/// Closing hides it, and says so before. It is a main window for those who read the screen to people: they
+/// take a plain widget for a part of some window.
+class Window : public QMainWindow {
 public:
     Window(std::unique_ptr<QWidget> content, ManagedWindows::Callback willClose)
         : willClose_(std::move(willClose))
     {
-        auto& layout = kit::makeLayout<QVBoxLayout>(*this);
-        layout.addWidget(content.release());
+        setCentralWidget(content.release());
         setWindowIcon(applicationIcon());
         setAttribute(Qt::WA_QuitOnClose, false);
     }

@@ -1,14 +1,15 @@
 #include "settings_ui/replacement_row_view.h"
 
 #include "settings_ui/kit/child.h"
-#include "settings_ui/kit/icon_button.h"
 #include "settings_ui/kit/metrics.h"
 #include "settings_ui/kit/symbol_view.h"
 
 #include <QApplication>
-#include <QCoreApplication>
+#include <QContextMenuEvent>
 #include <QHBoxLayout>
-#include <QPointer>
+#include <QMenu>
+
+#include <utility>
 
 namespace corvandi {
 namespace {
@@ -18,65 +19,135 @@ constexpr QMargins margins(kit::metrics::rowMargin, kit::metrics::rowPadding, ki
 constexpr int spacing = 8;
 constexpr int arrowSize = 14;
 
+QString translated(const char* text)
+{
+    return QCoreApplication::translate("VocabularyPane", text);
+}
+
+/// A control's name that is not that of every other row's.
+QString spokenName(const QString& control, const QString& row)
+{
+    return QStringLiteral("%1, %2").arg(control, row);
+}
+
 } // namespace
 
-ReplacementRowView::ReplacementRowView(const VocabRule& rule, const ReplacementRow::Commit& onCommit,
-                                       const std::function<void()>& onDelete, QWidget* parent)
-    : QWidget(parent)
-    , row_(rule, onCommit, onDelete)
+ReplacementRowView::ReplacementRowView(Commit commit, QWidget* parent)
+    : ListRow(parent)
+    , commit_(std::move(commit))
     , from_(kit::makeChild<kit::TextField>(*this, std::nullopt))
     , to_(kit::makeChild<kit::TextField>(*this, std::nullopt))
+    , trash_(kit::makeChild<kit::IconButton>(
+          *this, Symbol::trash, translated(QT_TRANSLATE_NOOP("VocabularyPane", "Delete replacement")),
+          kit::IconButtonRole::destructive))
 {
-    from_.setPlaceholder(QCoreApplication::translate("VocabularyPane", "Heard"));
-    to_.setPlaceholder(QCoreApplication::translate("VocabularyPane", "Replace with"));
-    auto& trash = kit::makeChild<kit::IconButton>(
-        *this, Symbol::trash, QCoreApplication::translate("VocabularyPane", "Delete replacement"),
-        kit::IconButtonRole::destructive);
+    from_.setPlaceholder(translated(QT_TRANSLATE_NOOP("VocabularyPane", "Heard")));
+    to_.setPlaceholder(translated(QT_TRANSLATE_NOOP("VocabularyPane", "Replace with")));
     auto& line = kit::makeLayout<QHBoxLayout>(*this, margins, spacing);
     line.addWidget(&from_, 1);
     line.addWidget(
         &kit::makeChild<kit::SymbolView>(*this, Symbol::arrowRight, arrowSize, kit::SymbolTint::secondary));
     line.addWidget(&to_, 1);
-    line.addWidget(&trash);
-    showTexts();
-    connect(&from_, &QLineEdit::textEdited, this, [this](const QString& text) { row_.setFrom(text); });
-    connect(&to_, &QLineEdit::textEdited, this, [this](const QString& text) { row_.setTo(text); });
-    connect(&from_, &QLineEdit::returnPressed, this, &ReplacementRowView::commit);
-    connect(&to_, &QLineEdit::returnPressed, this, &ReplacementRowView::commit);
-    connect(&trash, &QAbstractButton::clicked, this, [this] { row_.deleteRule(); });
-    connect(qApp, &QApplication::focusChanged, this,
-            [this](const QWidget*, const QWidget* now) { focusChanged(now); });
+    line.addWidget(&trash_);
+    for (kit::TextField* field : {&from_, &to_}) {
+        addControl(*field);
+        field->installEventFilter(this);
+        connect(field, &QLineEdit::returnPressed, this, &ReplacementRowView::commit);
+    }
+    addControl(trash_);
+    connect(&from_, &QLineEdit::textEdited, this, [this](const QString& text) {
+        if (row_)
+            row_->setFrom(text);
+    });
+    connect(&to_, &QLineEdit::textEdited, this, [this](const QString& text) {
+        if (row_)
+            row_->setTo(text);
+    });
+    connect(&trash_, &QAbstractButton::clicked, this, &ReplacementRowView::deleteRequested);
 }
 
-void ReplacementRowView::focusChanged(const QWidget* now)
+void ReplacementRowView::setRule(const VocabRule& rule)
 {
-    std::optional<ReplacementRow::Field> field;
-    if (now == &from_)
-        field = ReplacementRow::Field::from;
-    else if (now == &to_)
-        field = ReplacementRow::Field::to;
-    // What it stores may take the row away.
-    const QPointer<ReplacementRowView> self(this);
-    row_.setFocused(field);
-    if (self && !field)
+    if (row_ && row_->rule().id == rule.id && focusedField())
+        row_->setRule(rule);
+    else
+        row_.emplace(
+            rule, [this, rule](const QString& from, const QString& to) { commit_(rule, from, to); },
+            [this] { Q_EMIT deleteRequested(); });
+    showTexts();
+    // Rules may be equal in their texts.
+    from_.setAccessibleName(spokenName(from_.placeholderText(), spokenPosition()));
+    to_.setAccessibleName(spokenName(to_.placeholderText(), spokenPosition()));
+    trash_.setAccessibleName(spokenName(trash_.toolTip(), spokenText()));
+}
+
+QString ReplacementRowView::spokenText() const
+{
+    return row_ ? QStringLiteral("%1 \u2192 %2").arg(row_->rule().from, row_->rule().to) : QString();
+}
+
+int ReplacementRowView::heightForWidth(int) const
+{
+    return sizeHint().height();
+}
+
+bool ReplacementRowView::eventFilter(QObject* watched, QEvent* event)
+{
+    // By now the application knows which widget has the focus next.
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)
+        focusChanged();
+    return ListRow::eventFilter(watched, event);
+}
+
+std::optional<ReplacementRow::Field> ReplacementRowView::focusedField() const
+{
+    const QWidget* focused = QApplication::focusWidget();
+    if (focused == &from_)
+        return ReplacementRow::Field::from;
+    if (focused == &to_)
+        return ReplacementRow::Field::to;
+    return std::nullopt;
+}
+
+void ReplacementRowView::focusChanged()
+{
+    if (!row_)
+        return;
+    const auto field = focusedField();
+    // What it stores may give the row another rule, or none.
+    row_->setFocused(field);
+    if (row_ && !field)
         showTexts();
 }
 
 void ReplacementRowView::commit()
 {
-    const QPointer<ReplacementRowView> self(this);
-    row_.commit();
-    if (self)
+    if (row_)
+        row_->commit();
+    if (row_)
         showTexts();
 }
 
 void ReplacementRowView::showTexts()
 {
     // Setting a text moves the cursor, even if it is the same.
-    if (from_.text() != row_.from())
-        from_.setText(row_.from());
-    if (to_.text() != row_.to())
-        to_.setText(row_.to());
+    if (from_.text() != row_->from())
+        from_.setText(row_->from());
+    if (to_.text() != row_->to())
+        to_.setText(row_->to());
+    // Of a text that is too long, the beginning is seen.
+    for (kit::TextField* field : {&from_, &to_}) {
+        if (!field->hasFocus())
+            field->setCursorPosition(0);
+    }
+}
+
+void ReplacementRowView::contextMenuEvent(QContextMenuEvent* event)
+{
+    auto& menu = kit::makeChild<QMenu>(*this);
+    menu.setAttribute(Qt::WA_DeleteOnClose);
+    menu.addAction(trash_.toolTip(), this, &ReplacementRowView::deleteRequested);
+    menu.popup(event->globalPos());
 }
 
 } // namespace corvandi

@@ -3,13 +3,12 @@
 #include "settings_ui/appearing.h"
 #include "settings_ui/kit/child.h"
 #include "settings_ui/kit/empty_state.h"
+#include "settings_ui/kit/metrics.h"
+#include "settings_ui/replacement_row_view.h"
 
-#include <QApplication>
-#include <QDir>
+#include <QCoreApplication>
 #include <QHBoxLayout>
-#include <QIcon>
 #include <QMenu>
-#include <QStyle>
 
 #include <utility>
 
@@ -27,12 +26,6 @@ QString translated(const char* text)
 QString asMenuText(QString text)
 {
     return text.replace(QLatin1Char('&'), QStringLiteral("&&"));
-}
-
-QIcon iconOf(const QString& nameOrPath, const QStyle& style)
-{
-    const QIcon icon = QDir::isAbsolutePath(nameOrPath) ? QIcon(nameOrPath) : QIcon::fromTheme(nameOrPath);
-    return icon.isNull() ? style.standardIcon(QStyle::SP_DesktopIcon) : icon;
 }
 
 /// The scope of an item; the first one stands for all applications.
@@ -54,7 +47,7 @@ VocabularyPaneView::VocabularyPaneView(VocabularyPane& pane, const AppCatalog& c
     , browse_(std::move(browse))
 {
     addScope();
-    list_ = &addSection(translated(QT_TRANSLATE_NOOP("VocabularyPane", "Replacements")));
+    addRules();
     addNewRule();
     addRemove();
     connect(&pane_, &VocabularyPane::changed, this, &VocabularyPaneView::showState);
@@ -72,25 +65,35 @@ VocabularyPaneView::~VocabularyPaneView() = default;
 void VocabularyPaneView::addScope()
 {
     kit::FormSection& section = addSection();
-    auto& controls = kit::makeChild<QWidget>(section);
-    auto& line = kit::makeLayout<QHBoxLayout>(controls, {}, spacing);
-    const QString label = translated(QT_TRANSLATE_NOOP("VocabularyPane", "Apply replacements to"));
-    scopes_ = &kit::makeChild<kit::PopUpButton>(controls);
-    scopes_->setAccessibleName(label);
-    plus_ = &kit::makeChild<kit::IconButton>(controls, Symbol::plus,
+    icons_ = &kit::makeChild<AppIcons>(*this, catalog_, kit::metrics::iconSize, devicePixelRatioF());
+    scopes_ = &kit::makeChild<kit::PopUpButton>(section);
+    plus_ = &kit::makeChild<kit::IconButton>(section, Symbol::plus,
                                              translated(QT_TRANSLATE_NOOP("VocabularyPane", "Add an app")),
                                              kit::IconButtonRole::standard);
-    line.addWidget(scopes_);
-    line.addWidget(plus_);
-    section.addRow(label, controls);
+    section.addRow(translated(QT_TRANSLATE_NOOP("VocabularyPane", "Apply replacements to")), *scopes_)
+        .addTrailing(*plus_);
     connect(scopes_, &QComboBox::activated, &pane_,
             [this](int index) { pane_.setScope(scopeAt(*scopes_, index)); });
     connect(plus_, &QAbstractButton::clicked, this, &VocabularyPaneView::offerApps);
+    connect(icons_, &AppIcons::loaded, scopes_, [this](const QString& bundleID) {
+        if (const int index = scopes_->findData(bundleID); index >= 0)
+            scopes_->setItemIcon(index, icons_->icon(bundleID));
+    });
+}
+
+void VocabularyPaneView::addRules()
+{
+    const QString header = translated(QT_TRANSLATE_NOOP("VocabularyPane", "Replacements"));
+    section_ = &addSection(header);
+    list_ = &kit::makeChild<kit::VirtualList>(section_->card(), static_cast<kit::ListContent&>(*this), *this);
+    list_->setAccessibleName(header);
+    section_->card().addRow(*list_);
+    connect(list_, &kit::VirtualList::deleteRequested, this, &VocabularyPaneView::deleteRuleAt);
 }
 
 void VocabularyPaneView::addNewRule()
 {
-    auto& row = kit::makeChild<QWidget>(list_->card());
+    auto& row = kit::makeChild<QWidget>(section_->card());
     auto& line = kit::makeLayout<QHBoxLayout>(row, {}, spacing);
     newFrom_ = &kit::makeChild<kit::TextField>(row, std::nullopt);
     newFrom_->setPlaceholder(translated(QT_TRANSLATE_NOOP("VocabularyPane", "Heard")));
@@ -101,10 +104,11 @@ void VocabularyPaneView::addNewRule()
     line.addWidget(newFrom_, 1);
     line.addWidget(newTo_, 1);
     line.addWidget(add_);
-    list_->addWidget(row);
+    section_->addWidget(row);
+    list_->setFallbackFocus(*newFrom_);
     connect(newFrom_, &QLineEdit::textEdited, &pane_, &VocabularyPane::setNewFrom);
     connect(newTo_, &QLineEdit::textEdited, &pane_, &VocabularyPane::setNewTo);
-    connect(add_, &QPushButton::clicked, &pane_, &VocabularyPane::add);
+    connect(add_, &QPushButton::clicked, this, &VocabularyPaneView::addRule);
 }
 
 void VocabularyPaneView::addRemove()
@@ -120,8 +124,12 @@ void VocabularyPaneView::offerApps()
     auto& menu = kit::makeChild<QMenu>(*this);
     menu.setAttribute(Qt::WA_DeleteOnClose);
     for (const AppInfo& app : catalog_.runningApps()) {
-        menu.addAction(iconOf(catalog_.icon(app.bundleID), *style()), asMenuText(app.name), &pane_,
-                       [this, app] { pane_.addApp(app); });
+        QAction* action = menu.addAction(icons_->icon(app.bundleID), asMenuText(app.name), &pane_,
+                                         [this, app] { pane_.addApp(app); });
+        connect(icons_, &AppIcons::loaded, action, [this, action, id = app.bundleID](const QString& loaded) {
+            if (loaded == id)
+                action->setIcon(icons_->icon(id));
+        });
     }
     menu.addSeparator();
     menu.addAction(translated(QT_TRANSLATE_NOOP("VocabularyPane", "Browse…")), this,
@@ -129,10 +137,53 @@ void VocabularyPaneView::offerApps()
     menu.popup(plus_->mapToGlobal(QPoint(0, plus_->height())));
 }
 
+void VocabularyPaneView::addRule()
+{
+    pane_.add();
+    // The button can't be used again before there are new texts.
+    newFrom_->setFocus(Qt::OtherFocusReason);
+}
+
+void VocabularyPaneView::deleteRuleAt(std::size_t index)
+{
+    pane_.deleteRulesAt({index});
+}
+
+std::size_t VocabularyPaneView::count() const
+{
+    return pane_.rules().size();
+}
+
+QUuid VocabularyPaneView::idAt(std::size_t index) const
+{
+    return pane_.rules()[index].id;
+}
+
+int VocabularyPaneView::estimatedHeight(std::size_t, int) const
+{
+    return newFrom_->sizeHint().height() + 2 * kit::metrics::rowPadding;
+}
+
+std::unique_ptr<kit::ListRow> VocabularyPaneView::makeRow()
+{
+    auto made =
+        std::make_unique<ReplacementRowView>([this](const VocabRule& rule, const QString& from,
+                                                    const QString& to) { pane_.update(rule, from, to); });
+    const ReplacementRowView* row = made.get();
+    connect(row, &ReplacementRowView::deleteRequested, this, [this, row] { deleteRuleAt(row->index()); });
+    return made;
+}
+
+void VocabularyPaneView::showItem(kit::ListRow& row, std::size_t index)
+{
+    static_cast<ReplacementRowView&>(row).setRule(pane_.rules()[index]);
+}
+
 void VocabularyPaneView::showState()
 {
     showScopes();
-    showRules();
+    list_->reload();
+    list_->setVisible(!pane_.rules().empty());
     showEmptyState();
     const auto* app = std::get_if<vocab_scope::App>(&pane_.scope());
     removal_->setVisible(app != nullptr);
@@ -144,47 +195,17 @@ void VocabularyPaneView::showState()
 
 void VocabularyPaneView::showScopes()
 {
-    scopes_->clear();
-    scopes_->addItem(translated(QT_TRANSLATE_NOOP("VocabularyPane", "Global")));
-    for (const AppVocab& app : pane_.apps())
-        scopes_->addItem(iconOf(catalog_.icon(app.bundleID), *style()), app.name, app.bundleID);
+    if (scopes_->count() == 0 || apps_ != pane_.apps()) {
+        apps_ = pane_.apps();
+        scopes_->clear();
+        scopes_->addItem(translated(QT_TRANSLATE_NOOP("VocabularyPane", "Global")));
+        for (const AppVocab& app : apps_)
+            scopes_->addItem(icons_->icon(app.bundleID), app.name, app.bundleID);
+    }
     for (int index = 0; index < scopes_->count(); ++index) {
         if (scopeAt(*scopes_, index) == pane_.scope())
             scopes_->setCurrentIndex(index);
     }
-}
-
-void VocabularyPaneView::showRules()
-{
-    const std::vector<VocabRule>& rules = pane_.rules();
-    std::vector<ReplacementRowView*> shown;
-    auto old = rows_.begin();
-    for (const VocabRule& rule : rules) {
-        // Rules keep their order, so that a row that is not the next rule's has gone.
-        while (old != rows_.end() && (*old)->rule().id != rule.id)
-            retire(**old++);
-        if (old == rows_.end()) {
-            auto made = makeRow(rule);
-            list_->card().insertRow(static_cast<int>(shown.size()), *made);
-            made->show();
-            shown.push_back(made.release());
-        } else {
-            (*old)->setRule(rule);
-            shown.push_back(*old++);
-        }
-    }
-    while (old != rows_.end())
-        retire(**old++);
-    rows_ = std::move(shown);
-}
-
-void VocabularyPaneView::retire(ReplacementRowView& row)
-{
-    // Its own button may be in the middle of a click. The focus that it loses must not store its texts.
-    disconnect(qApp, nullptr, &row, nullptr);
-    list_->card().layout()->removeWidget(&row);
-    row.hide();
-    row.deleteLater();
 }
 
 void VocabularyPaneView::showEmptyState()
@@ -199,7 +220,7 @@ void VocabularyPaneView::showEmptyState()
     emptyState_ = std::make_unique<kit::EmptyState>(
         Symbol::characterBookClosed, translated(QT_TRANSLATE_NOOP("VocabularyPane", "No Replacements")),
         text);
-    list_->card().insertRow(0, *emptyState_);
+    section_->card().insertRow(0, *emptyState_);
     emptyState_->show();
 }
 
@@ -210,13 +231,6 @@ void VocabularyPaneView::showNewRule()
     if (newTo_->text() != pane_.newTo())
         newTo_->setText(pane_.newTo());
     add_->setEnabled(!pane_.isAddDisabled());
-}
-
-std::unique_ptr<ReplacementRowView> VocabularyPaneView::makeRow(const VocabRule& rule)
-{
-    return std::make_unique<ReplacementRowView>(
-        rule, [this, rule](const QString& from, const QString& to) { pane_.update(rule, from, to); },
-        [this, rule] { pane_.deleteRule(rule); });
 }
 
 } // namespace corvandi

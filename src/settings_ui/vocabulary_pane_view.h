@@ -1,11 +1,13 @@
 #pragma once
 
 #include "panes/vocabulary_pane.h"
+#include "settings_ui/app_icons.h"
 #include "settings_ui/kit/button.h"
 #include "settings_ui/kit/grouped_form.h"
 #include "settings_ui/kit/icon_button.h"
 #include "settings_ui/kit/pop_up_button.h"
-#include "settings_ui/replacement_row_view.h"
+#include "settings_ui/kit/text_field.h"
+#include "settings_ui/kit/virtual_list.h"
 
 #include <functional>
 #include <memory>
@@ -16,7 +18,7 @@ namespace corvandi {
 /// The page on which the replacement rules are edited, for all applications or for one.
 ///
 /// The referees outlive it.
-class VocabularyPaneView : public kit::GroupedForm {
+class VocabularyPaneView : public kit::GroupedForm, private kit::ListContent {
     Q_OBJECT
 
 public:
@@ -29,30 +31,39 @@ public:
     ~VocabularyPaneView() override;
 
 private:
+    [[nodiscard]] std::size_t count() const override;
+    [[nodiscard]] QUuid idAt(std::size_t index) const override;
+    [[nodiscard]] int estimatedHeight(std::size_t index, int width) const override;
+    [[nodiscard]] std::unique_ptr<kit::ListRow> makeRow() override;
+    void showItem(kit::ListRow& row, std::size_t index) override;
+
     void addScope();
+    void addRules();
     void addNewRule();
     void addRemove();
     void offerApps();
+    void addRule();
+    void deleteRuleAt(std::size_t index);
     void showState();
     void showScopes();
-    void showRules();
-    void retire(ReplacementRowView& row);
     void showEmptyState();
     void showNewRule();
-    [[nodiscard]] std::unique_ptr<ReplacementRowView> makeRow(const VocabRule& rule);
 
     VocabularyPane& pane_;
     const AppCatalog& catalog_;
     Browse browse_;
     kit::PopUpButton* scopes_ = nullptr;
     kit::IconButton* plus_ = nullptr;
-    kit::FormSection* list_ = nullptr;
+    AppIcons* icons_ = nullptr;
+    /// What the pop-up button offers.
+    std::vector<AppVocab> apps_;
+    kit::FormSection* section_ = nullptr;
+    kit::VirtualList* list_ = nullptr;
     kit::TextField* newFrom_ = nullptr;
     kit::TextField* newTo_ = nullptr;
     kit::Button* add_ = nullptr;
     kit::FormSection* removal_ = nullptr;
     kit::Button* remove_ = nullptr;
-    std::vector<ReplacementRowView*> rows_;
     std::unique_ptr<QWidget> emptyState_;
     QString emptyText_;
 };

@@ -1,10 +1,10 @@
 #include "updates_view/update_dialogs.h"
 
-#include "updates_view/message_dialog.h"
+#include "settings_ui/kit/message_dialog.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QProgressDialog>
-#include <QPushButton>
+#include <QWindow>
 
 namespace corvandi {
 namespace {
@@ -66,14 +66,10 @@ void UpdateDialogs::showProgress(DownloadProgress progress)
 
 void UpdateDialogs::ask(const UpdateQuestion& question, std::function<void(UpdateAnswer)> answer)
 {
-    auto dialog = std::make_unique<MessageDialog>(question.message);
-    QDialogButtonBox& buttons = dialog->buttons();
-    buttons.addButton(question.decline, QDialogButtonBox::RejectRole);
-    QPushButton* const accept = buttons.addButton(question.accept, QDialogButtonBox::AcceptRole);
-    accept->setDefault(true);
-    accept->setFocus();
-    QObject::connect(&buttons, &QDialogButtonBox::accepted, dialog.get(), &QDialog::accept);
-    QObject::connect(&buttons, &QDialogButtonBox::rejected, dialog.get(), &QDialog::reject);
+    auto dialog = std::make_unique<kit::MessageDialog>(question.message.text, question.message.details);
+    dialog->addButton(question.decline, QDialog::Rejected, kit::ButtonRole::standard);
+    kit::MessageDialog::setDefaultButton(
+        dialog->addButton(question.accept, QDialog::Accepted, kit::ButtonRole::prominent));
     // Closing the window counts as its rejection.
     QObject::connect(dialog.get(), &QDialog::finished, [answer = std::move(answer)](int result) {
         answer(result == QDialog::Accepted ? UpdateAnswer::accept : UpdateAnswer::decline);
@@ -83,9 +79,9 @@ void UpdateDialogs::ask(const UpdateQuestion& question, std::function<void(Updat
 
 void UpdateDialogs::tell(const UpdateMessage& message)
 {
-    auto dialog = std::make_unique<MessageDialog>(message);
-    QPushButton* const close = dialog->buttons().addButton(QDialogButtonBox::Ok);
-    QObject::connect(close, &QPushButton::clicked, dialog.get(), [this] { dismiss(); });
+    auto dialog = std::make_unique<kit::MessageDialog>(message.text, message.details);
+    kit::MessageDialog::setDefaultButton(
+        dialog->addButton(translated("OK"), QDialog::Accepted, kit::ButtonRole::prominent));
     QObject::connect(dialog.get(), &QDialog::finished, dialog.get(), [this] { dismiss(); });
     show(std::move(dialog), Attention::take);
 }
@@ -104,12 +100,22 @@ void UpdateDialogs::bringToFront()
     shown_->activateWindow();
 }
 
+/// At the dialog that is shown: it has the focus or has been hidden by the person's own answer; or it has
+/// only just been shown to be given the focus, and window managers take some milliseconds for that.
+bool UpdateDialogs::isPersonHere() const
+{
+    return shown_->isActiveWindow() || shown_->isHidden() || awaitsFocus_;
+}
+
 void UpdateDialogs::show(std::unique_ptr<QDialog> dialog, Attention attention)
 {
-    const bool mayTakeFocus = shown_ ? shown_->isActiveWindow() : attention == Attention::take;
+    const bool mayTakeFocus = shown_ ? isPersonHere() : attention == Attention::take;
     shown_.reset();
     shown_.reset(dialog.release());
-    shown_->setWindowTitle(translated("Corvandi Update"));
+    awaitsFocus_ = mayTakeFocus;
+    QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, shown_.get(),
+                     [this](const QWindow* window) { awaitsFocus_ = awaitsFocus_ && !window; });
+    shown_->setWindowTitle(title_.isEmpty() ? translated("Corvandi Update") : title_);
     shown_->setAttribute(Qt::WA_ShowWithoutActivating, !mayTakeFocus);
     shown_->show();
     if (mayTakeFocus)

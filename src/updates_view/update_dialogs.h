@@ -4,8 +4,10 @@
 
 #include <QDialog>
 #include <QPointer>
+#include <QString>
 
 #include <memory>
+#include <utility>
 
 class QProgressDialog;
 
@@ -20,6 +22,13 @@ namespace corvandi {
 /// Thread: main thread only.
 class UpdateDialogs : public UpdatePresenter {
 public:
+    UpdateDialogs() = default;
+    /// With another title than that of updates, for what else the program has to ask or to tell.
+    explicit UpdateDialogs(QString title)
+        : title_(std::move(title))
+    {
+    }
+
     void showBusy(const QString& text, std::function<void()> cancel) override;
     void showBusy(const QString& text) override;
     void showProgress(DownloadProgress progress) override;
@@ -33,9 +42,13 @@ private:
         void operator()(QDialog* dialog) const;
     };
 
+    [[nodiscard]] bool isPersonHere() const;
     void show(std::unique_ptr<QDialog> dialog, Attention attention);
 
+    QString title_;
     std::unique_ptr<QDialog, Closing> shown_;
+    /// Was shown to have the focus, and has not had it yet.
+    bool awaitsFocus_ = false;
     /// The one that is shown, if it shows progress.
     QPointer<QProgressDialog> progress_;
 };

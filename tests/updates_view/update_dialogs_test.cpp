@@ -261,6 +261,23 @@ TEST_F(UpdateDialogsTest, WhatFollowsKeepsTheFocusThatTheLastOneHad)
     EXPECT_TRUE(becomesActive());
 }
 
+TEST_F(UpdateDialogsTest, WhatFollowsAnAnswerHasTheFocus)
+{
+    const Elsewhere elsewhere;
+    dialogs.ask(question, [this](UpdateAnswer) { dialogs.showBusy(QStringLiteral("Downloading…"), [] {}); });
+    EXPECT_TRUE(becomesActive());
+    button("Download").click();
+    EXPECT_TRUE(becomesActive());
+}
+
+TEST_F(UpdateDialogsTest, WhatFollowsBeforeTheLastOneCouldHaveTheFocusHasIt)
+{
+    const Elsewhere elsewhere;
+    dialogs.showBusy(QStringLiteral("Checking…"), [] {});
+    ask();
+    EXPECT_TRUE(becomesActive());
+}
+
 TEST_F(UpdateDialogsTest, LooksAsItShould)
 {
     const Release release{Version::parse(QStringLiteral("1.2")).value(),

@@ -2,6 +2,8 @@
 
 #include "settings_ui/general_pane_view.h"
 #include "settings_ui/kit/empty_state.h"
+#include "settings_ui/kit/selectable_text.h"
+#include "settings_ui/kit/virtual_list.h"
 #include "settings_ui/permissions_pane_view.h"
 #include "settings_ui/settings_view.h"
 #include "settings_ui/welcome_view.h"
@@ -12,6 +14,8 @@
 #include <QtTest/QTest>
 
 #include <gmock/gmock.h>
+
+#include <algorithm>
 
 namespace corvandi::testing {
 
@@ -27,12 +31,32 @@ template<class T = QWidget>
     throw std::runtime_error("there is no " + name.toStdString());
 }
 
-/// Whether a label with this text can be seen.
+/// Whether this text can be seen.
 [[nodiscard]] inline bool shows(const QWidget& window, const QString& text)
 {
-    const auto labels = window.findChildren<QLabel*>();
-    return std::any_of(labels.begin(), labels.end(),
-                       [&](const QLabel* label) { return label->isVisible() && label->text() == text; });
+    const auto isShown = [&](const auto* label) { return label->isVisible() && label->text() == text; };
+    return std::ranges::any_of(window.findChildren<QLabel*>(), isShown) ||
+           std::ranges::any_of(window.findChildren<kit::SelectableText*>(), isShown);
+}
+
+/// The rows of the window's list that exist, from the top. Those that can't be seen have gone, but for one.
+template<class Row>
+[[nodiscard]] std::vector<Row*> rowsOf(const QWidget& window)
+{
+    std::vector<Row*> rows;
+    for (kit::ListRow* row : window.findChild<kit::VirtualList*>()->rows())
+        rows.push_back(static_cast<Row*>(row));
+    return rows;
+}
+
+/// The button of a row with this tool tip.
+[[nodiscard]] inline QAbstractButton& buttonOf(const QWidget& row, const char* toolTip)
+{
+    for (auto* button : row.findChildren<QAbstractButton*>()) {
+        if (button->toolTip() == QLatin1String(toolTip))
+            return *button;
+    }
+    throw std::runtime_error("there is no such button");
 }
 
 [[nodiscard]] inline bool isShown(QWidget& window)

@@ -15,6 +15,7 @@ protected:
         view = std::make_unique<GeneralPaneView>(parts.general, parts.recorder);
         view->resize(440, 560);
         ASSERT_TRUE(isShown(*view));
+        parts.queue.drain();
     }
     [[nodiscard]] kit::Switch& toggle(const char* name)
     {
@@ -128,6 +129,7 @@ TEST_F(GeneralPaneViewTest, ComingBackFromAnotherProgramLooksAgain)
     Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationInactive);
     EXPECT_FALSE(toggle("Rewrite into clean sentences").isEnabled());
     Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationActive);
+    parts.queue.drain();
     EXPECT_TRUE(toggle("Rewrite into clean sentences").isEnabled());
     EXPECT_TRUE(toggle("Launch at login").isChecked());
 }

@@ -3,8 +3,6 @@
 #include "settings_ui/history_pane_view.h"
 #include "storage/store_fixture.h"
 
-#include <QElapsedTimer>
-#include <QMessageBox>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -12,10 +10,12 @@
 namespace corvandi {
 namespace {
 
+using testing::buttonOf;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using testing::isShown;
 using testing::named;
+using testing::rowsOf;
 using testing::shows;
 using testing::waitUntil;
 
@@ -24,24 +24,23 @@ const QString searchHistory = QStringLiteral("Search History");
 
 class HistoryViewTest : public StoreFixture {
 protected:
+    HistoryViewTest() { view.resize(600, 500); }
     void dictate(const char* text) { store.addHistory(QString::fromUtf8(text), Date{}); }
     [[nodiscard]] std::vector<QString> visibleTexts() const
     {
         std::vector<QString> texts;
-        for (const auto* row : view.findChildren<HistoryRowView*>()) {
+        for (const auto* row : rowsOf<HistoryRowView>(view)) {
             if (row->isVisible())
                 texts.push_back(row->entry().text);
         }
         return texts;
     }
     [[nodiscard]] bool isVisible(const QString& name) const { return named(view, name).isVisible(); }
-    void pressIn(int row, const char* button)
+    void pressIn(std::size_t row, const char* button)
     {
-        const auto rows = view.findChildren<HistoryRowView*>();
-        QTest::mouseClick(&named<QAbstractButton>(*rows.at(row), QString::fromLatin1(button)),
-                          Qt::LeftButton);
+        QTest::mouseClick(&buttonOf(*rowsOf<HistoryRowView>(view).at(row), button), Qt::LeftButton);
     }
-    [[nodiscard]] QMessageBox* confirmation() const { return view.findChild<QMessageBox*>(); }
+    [[nodiscard]] kit::MessageDialog* confirmation() const { return view.findChild<kit::MessageDialog*>(); }
     /// The dialog goes with the event loop's next turn.
     [[nodiscard]] bool confirmationIsGone() const
     {
@@ -120,7 +119,10 @@ TEST_F(HistoryViewTest, ClearingIsConfirmed)
     QTest::mouseClick(&named<QAbstractButton>(view, clearHistory), Qt::LeftButton);
     ASSERT_NE(confirmation(), nullptr);
     ASSERT_TRUE(waitUntil([&] { return confirmation()->isVisible(); }));
-    EXPECT_EQ(confirmation()->text(), QStringLiteral("Clear all history?"));
+    EXPECT_TRUE(shows(*confirmation(), QStringLiteral("Clear all history?")));
+    EXPECT_TRUE(
+        shows(*confirmation(),
+              QStringLiteral("This permanently removes every saved transcript and can't be undone.")));
     EXPECT_EQ(store.history().size(), 1U);
     answer(clearHistory);
     EXPECT_THAT(store.history(), IsEmpty());
@@ -145,27 +147,85 @@ TEST_F(HistoryViewTest, CancellingAndEscapeLeaveTheHistory)
     EXPECT_THAT(visibleTexts(), ElementsAre(QStringLiteral("one")));
 }
 
-TEST_F(HistoryViewTest, ALongHistoryShowsAsFarAsItIsScrolled)
+TEST_F(HistoryViewTest, TheDeleteKeyDeletesTheEntryWithTheFocus)
+{
+    dictate("one");
+    dictate("two");
+    dictate("three");
+    ASSERT_TRUE(isShown(view));
+    rowsOf<HistoryRowView>(view)[1]->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Delete);
+    EXPECT_THAT(visibleTexts(), ElementsAre(QStringLiteral("three"), QStringLiteral("one")));
+    EXPECT_EQ(store.history().size(), 2U);
+    EXPECT_TRUE(rowsOf<HistoryRowView>(view)[1]->hasFocus());
+}
+
+TEST_F(HistoryViewTest, TheDeleteKeyInTheSearchFieldDeletesNoEntry)
+{
+    dictate("one");
+    ASSERT_TRUE(isShown(view));
+    auto& field = named<QLineEdit>(view, searchHistory);
+    field.setFocus();
+    QTest::keyClick(&field, Qt::Key_Delete);
+    EXPECT_EQ(store.history().size(), 1U);
+}
+
+TEST_F(HistoryViewTest, TheDeleteKeyDeletesNoEntryWhileAPartOfItIsSelected)
+{
+    dictate("one");
+    ASSERT_TRUE(isShown(view));
+    auto& text = *view.findChild<kit::SelectableText*>();
+    text.setFocus();
+    QTest::keyClick(&text, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(&text, Qt::Key_Delete);
+    EXPECT_EQ(store.history().size(), 1U);
+}
+
+TEST_F(HistoryViewTest, DeletingTheLastMatchLeadsBackToTheSearch)
+{
+    dictate("one");
+    dictate("two");
+    ASSERT_TRUE(isShown(view));
+    auto& field = named<QLineEdit>(view, searchHistory);
+    field.setText(QStringLiteral("one"));
+    rowsOf<HistoryRowView>(view)[0]->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Delete);
+    EXPECT_TRUE(field.hasFocus());
+    EXPECT_EQ(store.history().size(), 1U);
+}
+
+TEST_F(HistoryViewTest, TheCopyKeysCopyTheEntryWithTheFocus)
+{
+    dictate("one");
+    ASSERT_TRUE(isShown(view));
+    rowsOf<HistoryRowView>(view)[0]->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_THAT(copied, ElementsAre(QStringLiteral("one")));
+}
+
+TEST_F(HistoryViewTest, OfALongHistoryOnlyAWindowfulIsMade)
 {
     for (int i = 0; i < 1000; ++i)
         dictate("a transcript of some words");
-    view.resize(500, 400);
     ASSERT_TRUE(isShown(view));
-    EXPECT_EQ(visibleTexts().size(), 30U);
-    QElapsedTimer clock;
-    clock.start();
-    const auto scrollTo = [&](std::size_t count) {
-        return waitUntil([&] {
-            view.verticalScrollBar()->setValue(view.verticalScrollBar()->maximum());
-            return visibleTexts().size() >= count;
-        });
-    };
-    EXPECT_TRUE(scrollTo(150));
-    std::printf("150 rows after %lld ms\n", static_cast<long long>(clock.elapsed()));
-    EXPECT_TRUE(scrollTo(300));
-    std::printf("300 rows after %lld ms\n", static_cast<long long>(clock.elapsed()));
-    EXPECT_TRUE(scrollTo(1000));
-    std::printf("1000 rows after %lld ms\n", static_cast<long long>(clock.elapsed()));
+    testing::runFor(std::chrono::milliseconds(50));
+    EXPECT_LT(view.findChildren<HistoryRowView*>().size(), 16);
+    view.verticalScrollBar()->setValue(view.verticalScrollBar()->maximum());
+    EXPECT_EQ(rowsOf<HistoryRowView>(view).back()->entry(), store.history().back());
+}
+
+TEST_F(HistoryViewTest, ReturnCancelsTheConfirmation)
+{
+    dictate("one");
+    ASSERT_TRUE(isShown(view));
+    QTest::mouseClick(&named<QAbstractButton>(view, clearHistory), Qt::LeftButton);
+    ASSERT_TRUE(waitUntil([&] { return confirmation()->isActiveWindow(); }));
+    const auto& cancel = named<QPushButton>(*confirmation(), QStringLiteral("Cancel"));
+    EXPECT_TRUE(cancel.isDefault());
+    EXPECT_TRUE(cancel.hasFocus());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    EXPECT_EQ(store.history().size(), 1U);
+    EXPECT_FALSE(pane.showClearConfirm());
 }
 
 } // namespace

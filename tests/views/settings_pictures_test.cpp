@@ -51,6 +51,7 @@ TEST_P(SettingsPictures, GeneralPane)
     parts.recorder.beginRecording();
     parts.model.state = LanguageModelAvailability::appleIntelligenceNotEnabled;
     parts.general.refresh();
+    parts.queue.drain();
     parts.loginItem.failure = QStringLiteral("Could not write the autostart entry: Permission denied");
     parts.general.setLaunchAtLogin(true);
     view->resize(660, 640);

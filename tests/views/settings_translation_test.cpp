@@ -1,8 +1,14 @@
 #include "settings_fixture.h"
 
+#include "settings_ui/app_chooser.h"
+#include "settings_ui/history_pane_view.h"
 #include "settings_ui/kit/pop_up_button.h"
 #include "settings_ui/recorder_view.h"
 #include "settings_ui/sidebar.h"
+#include "settings_ui/vocabulary_pane_view.h"
+#include "storage/store_fixture.h"
+#include "support/fake_application_directory.h"
+#include "support/fake_session.h"
 
 #include <QTranslator>
 
@@ -23,17 +29,14 @@ public:
     }
 };
 
-class SettingsTranslationTest : public SettingsFixture {
-protected:
-    SettingsTranslationTest()
-    {
-        QCoreApplication::installTranslator(&translator);
-        parts.model.state = LanguageModelAvailability::appleIntelligenceNotEnabled;
-        parts.accessibility.trusted = false;
-    }
-    ~SettingsTranslationTest() override { QCoreApplication::removeTranslator(&translator); }
+/// Translates for as long as it lives.
+class Stretched {
+public:
+    Stretched() { QCoreApplication::installTranslator(&translator_); }
+    ~Stretched() { QCoreApplication::removeTranslator(&translator_); }
 
-    void keep(QWidget& view, const QString& name)
+protected:
+    static void keep(QWidget& view, const QString& name)
     {
         const QString scale = QString::number(view.devicePixelRatioF());
         EXPECT_TRUE(
@@ -67,8 +70,16 @@ protected:
             }
         }
     }
+    /// What has changed when the view appeared is put in order by events that are still to come.
+    static void layOut()
+    {
+        constexpr int nestedLayouts = 10;
+        for (int round = 0; round < nestedLayouts; ++round)
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    }
     static void expectEverythingFits(const QWidget& view)
     {
+        layOut();
         for (const QWidget* widget : view.findChildren<QWidget*>()) {
             if (!widget->isVisible())
                 continue;
@@ -81,7 +92,58 @@ protected:
         }
     }
 
-    StretchingTranslator translator;
+private:
+    StretchingTranslator translator_;
+};
+
+class SettingsTranslationTest : public SettingsFixture, protected Stretched {
+protected:
+    SettingsTranslationTest()
+    {
+        parts.model.state = LanguageModelAvailability::appleIntelligenceNotEnabled;
+        parts.general.refresh();
+        parts.queue.drain();
+        parts.accessibility.trusted = false;
+    }
+};
+
+/// The pages that work on the store, as narrow as they get in the window.
+class ListsTranslationTest : public StoreFixture, protected Stretched {
+protected:
+    ListsTranslationTest()
+    {
+        history.resize(paneSize);
+        vocabulary.resize(paneSize);
+    }
+    /// A window grows with its texts, where a language has longer ones.
+    static bool widen(QWidget& page)
+    {
+        runFor(std::chrono::milliseconds(50));
+        const QSize size = page.minimumSizeHint().expandedTo(paneSize);
+        page.resize(size);
+        return waitUntil([&] { return page.size() == size; });
+    }
+    /// Also what may not be there: the words in a field while it is empty.
+    static void expectPlaceholdersFit(const QWidget& view)
+    {
+        for (const QLineEdit* field : view.findChildren<QLineEdit*>()) {
+            const QMargins margins = field->textMargins();
+            EXPECT_LE(field->fontMetrics().horizontalAdvance(field->placeholderText()),
+                      field->width() - margins.left() - margins.right() - 6)
+                << field->placeholderText().toStdString();
+        }
+    }
+
+    static constexpr QSize paneSize{SettingsView::smallestSize.width() - Sidebar::fixedWidth - 1, 400};
+    Store& store = start();
+    HistoryPane historyPane{store, [](const QString&) {}};
+    HistoryPaneView history{historyPane};
+    FakeApplicationDirectory applications;
+    FakeWorkspace workspace;
+    AppCatalog catalog{applications, workspace, Locale(QStringLiteral("en-US"))};
+    VocabularyPane vocabularyPane{store};
+    VocabularyPaneView vocabulary{vocabularyPane, catalog,
+                                  [](QWidget&, const VocabularyPaneView::Picked&) {}};
 };
 
 TEST_F(SettingsTranslationTest, LongTextsFitIntoTheGeneralPane)
@@ -122,6 +184,65 @@ TEST_F(SettingsTranslationTest, LongTextsFitIntoTheWelcome)
     ASSERT_TRUE(isShown(view));
     keep(view, QStringLiteral("welcome"));
     expectEverythingFits(view);
+}
+
+TEST_F(ListsTranslationTest, LongTextsFitIntoTheHistory)
+{
+    ASSERT_TRUE(isShown(history));
+    expectEverythingFits(history);
+    store.addHistory(QStringLiteral("A transcript of one line and a half, which are enough for a row."),
+                     Date{});
+    historyPane.reload();
+    runFor(std::chrono::milliseconds(50));
+    keep(history, QStringLiteral("history"));
+    expectEverythingFits(history);
+    expectPlaceholdersFit(history);
+    historyPane.setQuery(QStringLiteral("something that nobody has said"));
+    runFor(std::chrono::milliseconds(50));
+    keep(history, QStringLiteral("history_no_match"));
+    expectEverythingFits(history);
+}
+
+TEST_F(ListsTranslationTest, LongTextsFitIntoTheConfirmation)
+{
+    store.addHistory(QStringLiteral("one"), Date{});
+    ASSERT_TRUE(isShown(history));
+    historyPane.askToClear();
+    auto& confirmation = *history.findChild<kit::MessageDialog*>();
+    ASSERT_TRUE(isShown(confirmation));
+    keep(confirmation, QStringLiteral("confirmation"));
+    expectEverythingFits(confirmation);
+}
+
+TEST_F(ListsTranslationTest, LongTextsFitIntoTheEmptyVocabulary)
+{
+    ASSERT_TRUE(isShown(vocabulary));
+    ASSERT_TRUE(widen(vocabulary));
+    expectEverythingFits(vocabulary);
+    expectPlaceholdersFit(vocabulary);
+}
+
+TEST_F(ListsTranslationTest, LongTextsFitIntoTheVocabulary)
+{
+    vocabularyPane.addApp({QStringLiteral("org.mail"), QStringLiteral("Mail")});
+    store.addVocab(QStringLiteral("teh"), QStringLiteral("the"), vocabularyPane.scope());
+    vocabularyPane.reloadRules();
+    ASSERT_TRUE(isShown(vocabulary));
+    ASSERT_TRUE(widen(vocabulary));
+    runFor(std::chrono::milliseconds(50));
+    keep(vocabulary, QStringLiteral("vocabulary"));
+    expectEverythingFits(vocabulary);
+    expectPlaceholdersFit(vocabulary);
+}
+
+TEST_F(ListsTranslationTest, LongTextsFitIntoTheChooser)
+{
+    applications.installed = {{QStringLiteral("a"), QStringLiteral("Alpha"), {}}};
+    AppChooser chooser(catalog, [](const AppInfo&) {});
+    ASSERT_TRUE(isShown(chooser));
+    keep(chooser, QStringLiteral("chooser"));
+    expectEverythingFits(chooser);
+    expectPlaceholdersFit(chooser);
 }
 
 } // namespace

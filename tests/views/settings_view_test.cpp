@@ -99,6 +99,7 @@ TEST_F(SettingsViewTest, TheWholePageIsReachedByTabInVisualOrder)
     const auto view = makeSettings();
     view->resize(660, 640);
     ASSERT_TRUE(isShown(*view));
+    parts.queue.drain();
     QStringList order;
     for (int step = 0; step < 10 && (order.isEmpty() || order.last() != QLatin1String("Settings pages"));
          ++step) {

@@ -1,19 +1,23 @@
 #include "settings_fixture.h"
 
+#include "settings_ui/replacement_row_view.h"
 #include "settings_ui/vocabulary_pane_view.h"
 #include "storage/store_fixture.h"
 #include "support/fake_application_directory.h"
 #include "support/fake_session.h"
 
 #include <QMenu>
+#include <QScrollBar>
 
 namespace corvandi {
 namespace {
 
+using testing::buttonOf;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using testing::isShown;
 using testing::named;
+using testing::rowsOf;
 using testing::shows;
 using testing::waitUntil;
 
@@ -35,19 +39,14 @@ protected:
             texts.push_back(rule.from + QLatin1Char('>') + rule.to);
         return texts;
     }
-    /// Those that are not about to go.
-    [[nodiscard]] std::vector<ReplacementRowView*> rows() const
+    [[nodiscard]] std::vector<ReplacementRowView*> rows() const { return rowsOf<ReplacementRowView>(view); }
+    [[nodiscard]] static QLineEdit& fieldOf(const QWidget& row, const char* placeholder)
     {
-        std::vector<ReplacementRowView*> visible;
-        for (auto* row : view.findChildren<ReplacementRowView*>()) {
-            if (row->isVisible())
-                visible.push_back(row);
+        for (auto* field : row.findChildren<QLineEdit*>()) {
+            if (field->placeholderText() == QLatin1String(placeholder))
+                return *field;
         }
-        return visible;
-    }
-    [[nodiscard]] static QLineEdit& fieldOf(const QWidget& row, const char* name)
-    {
-        return named<QLineEdit>(row, QString::fromLatin1(name));
+        throw std::runtime_error("there is no such field");
     }
     /// The fields of the row that adds a rule stand beside its button.
     [[nodiscard]] const QWidget& newRule() const
@@ -156,8 +155,7 @@ TEST_F(VocabularyViewTest, ARulesButtonDeletesIt)
     addRule("c", "3");
     ASSERT_TRUE(isShown(view));
     auto* last = rows()[2];
-    QTest::mouseClick(&named<QAbstractButton>(*rows()[1], QStringLiteral("Delete replacement")),
-                      Qt::LeftButton);
+    QTest::mouseClick(&buttonOf(*rows()[1], "Delete replacement"), Qt::LeftButton);
     EXPECT_THAT(stored(), ElementsAre(QStringLiteral("a>1"), QStringLiteral("c>3")));
     ASSERT_EQ(rows().size(), 2U);
     EXPECT_EQ(rows()[1], last) << "the other rows stay as they are";
@@ -235,6 +233,94 @@ TEST_F(VocabularyViewTest, TheMenuLeadsToAllInstalledOnes)
     menu.actions().back()->trigger();
     menu.close();
     EXPECT_EQ(scopes().currentText(), QStringLiteral("Browsed"));
+}
+
+TEST_F(VocabularyViewTest, TheDeleteKeyDeletesTheRuleWithTheFocus)
+{
+    addRule("a", "1");
+    addRule("b", "2");
+    addRule("c", "3");
+    ASSERT_TRUE(isShown(view));
+    rows()[1]->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Delete);
+    EXPECT_THAT(stored(), ElementsAre(QStringLiteral("a>1"), QStringLiteral("c>3")));
+    EXPECT_TRUE(rows()[1]->hasFocus());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Delete);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Delete);
+    EXPECT_THAT(stored(), IsEmpty());
+    EXPECT_TRUE(fieldOf(newRule(), "Heard").hasFocus()) << "what is left to do is to add one";
+}
+
+TEST_F(VocabularyViewTest, TheDeleteKeyInAFieldDeletesNoRule)
+{
+    addRule("a", "1");
+    ASSERT_TRUE(isShown(view));
+    auto& field = fieldOf(*rows()[0], "Heard");
+    field.setFocus();
+    QTest::keyClick(&field, Qt::Key_Home);
+    QTest::keyClick(&field, Qt::Key_Delete);
+    EXPECT_EQ(field.text(), QString());
+    EXPECT_THAT(stored(), ElementsAre(QStringLiteral("a>1")));
+}
+
+TEST_F(VocabularyViewTest, TheMenuOfARowDeletesIt)
+{
+    addRule("a", "1");
+    ASSERT_TRUE(isShown(view));
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(1, 1), rows()[0]->mapToGlobal(QPoint(1, 1)));
+    QCoreApplication::sendEvent(rows()[0], &event);
+    auto& menu = *rows()[0]->findChild<QMenu*>();
+    ASSERT_EQ(menu.actions().size(), 1);
+    EXPECT_EQ(menu.actions()[0]->text(), QStringLiteral("Delete replacement"));
+    menu.actions()[0]->trigger();
+    menu.close();
+    EXPECT_THAT(stored(), IsEmpty());
+}
+
+TEST_F(VocabularyViewTest, GoingToAnotherRowByKeyStoresWhatWasEdited)
+{
+    addRule("a", "1");
+    addRule("b", "2");
+    ASSERT_TRUE(isShown(view));
+    auto& field = fieldOf(*rows()[0], "Replace with");
+    retype(field, "one");
+    QTest::keyClick(&field, Qt::Key_Down);
+    EXPECT_TRUE(fieldOf(*rows()[1], "Replace with").hasFocus());
+    EXPECT_THAT(stored(), ElementsAre(QStringLiteral("a>one"), QStringLiteral("b>2")));
+}
+
+TEST_F(VocabularyViewTest, WhatIsEditedIsStoredThoughItIsScrolledOutOfView)
+{
+    for (int i = 0; i < 1000; ++i)
+        addRule("a", "1");
+    ASSERT_TRUE(isShown(view));
+    retype(fieldOf(*rows()[0], "Heard"), "first");
+    view.verticalScrollBar()->setValue(20'000);
+    EXPECT_EQ(stored().front(), QStringLiteral("a>1"));
+    rows().back()->setFocus();
+    EXPECT_EQ(stored().front(), QStringLiteral("first>1"));
+}
+
+TEST_F(VocabularyViewTest, AddingLeadsBackToTheFirstField)
+{
+    ASSERT_TRUE(isShown(view));
+    auto& from = fieldOf(newRule(), "Heard");
+    retype(from, "teh");
+    retype(fieldOf(newRule(), "Replace with"), "the");
+    auto& add = named<QPushButton>(view, addReplacement);
+    add.setFocus();
+    QTest::keyClick(&add, Qt::Key_Space);
+    EXPECT_EQ(stored().size(), 1U);
+    EXPECT_TRUE(from.hasFocus());
+}
+
+TEST_F(VocabularyViewTest, OfManyRulesOnlyAWindowfulIsMade)
+{
+    for (int i = 0; i < 1000; ++i)
+        addRule("a", "1");
+    ASSERT_TRUE(isShown(view));
+    testing::runFor(std::chrono::milliseconds(50));
+    EXPECT_LT(view.findChildren<ReplacementRowView*>().size(), 16);
 }
 
 } // namespace

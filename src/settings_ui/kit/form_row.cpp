@@ -12,6 +12,8 @@ namespace {
 /// Some controls have room around them that is clear most of the time, such as that of a focus ring. As much
 /// is left for it in every row, so that what the eye sees of the controls ends where the lines end.
 constexpr int clearRoom = 3;
+/// Between two controls of a row.
+constexpr int controlSpacing = 8;
 constexpr QMargins margins(metrics::rowMargin, metrics::rowPadding, metrics::rowMargin - clearRoom,
                            metrics::rowPadding);
 
@@ -20,11 +22,12 @@ constexpr QMargins margins(metrics::rowMargin, metrics::rowPadding, metrics::row
 FormRow::FormRow(const QString& label, QWidget* parent)
     : QWidget(parent)
     , column_(makeLayout<QVBoxLayout>(*this, margins, metrics::captionSpacing))
-    , line_(makeInnerLayout<QHBoxLayout>(metrics::rowSpacing))
+    , line_(makeInnerLayout<QHBoxLayout>(controlSpacing))
     , label_(makeChild<TextLabel>(*this, label, TextStyle::body))
 {
     column_.addLayout(&line_);
     line_.addWidget(&label_, 1);
+    line_.addSpacing(metrics::rowSpacing - controlSpacing);
     setMinimumHeight(metrics::rowHeight);
 }
 
@@ -39,6 +42,14 @@ void FormRow::setControl(QWidget& control)
         label_.setText(label_.text().replace(QLatin1Char('&'), QLatin1String("&&")));
         label_.setBuddy(&control);
     }
+    // Among other controls, a label that is no sibling of theirs is not found.
+    for (QComboBox* comboBox : control.findChildren<QComboBox*>())
+        comboBox->setAccessibleDescription(label_.text());
+}
+
+void FormRow::addTrailing(QWidget& control)
+{
+    line_.addWidget(&control, 0, Qt::AlignVCenter);
 }
 
 void FormRow::setCaption(const QString& text, TextStyle style)

@@ -19,6 +19,8 @@ public:
 
     /// Puts the control at the end. It bears the row's label as its accessible name unless it has one.
     void setControl(QWidget& control);
+    /// Puts another control after that one.
+    void addTrailing(QWidget& control);
     /// An empty caption takes no room.
     void setCaption(const QString& text, TextStyle style = TextStyle::caption);
     /// Puts a widget under the caption, at the leading edge.

@@ -9,11 +9,6 @@
 #include <QPainter>
 
 namespace corvandi::kit {
-namespace {
-
-constexpr int side = 28;
-
-} // namespace
 
 IconButton::IconButton(Symbol symbol, const QString& name, IconButtonRole role, QWidget* parent)
     : QAbstractButton(parent)

@@ -17,6 +17,9 @@ class IconButton : public QAbstractButton {
     Q_OBJECT
 
 public:
+    /// Its width and its height.
+    static constexpr int side = 28;
+
     IconButton(Symbol symbol, const QString& name, IconButtonRole role = IconButtonRole::standard,
                QWidget* parent = nullptr);
 

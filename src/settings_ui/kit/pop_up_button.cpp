@@ -29,6 +29,8 @@ PopUpButton::PopUpButton(QWidget* parent)
     setFocusPolicy(Qt::StrongFocus);
     setIconSize({metrics::iconSize, metrics::iconSize});
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    // Else the layout is not told that a longer choice has come.
+    setSizeAdjustPolicy(QComboBox::AdjustToContents);
 }
 
 QSize PopUpButton::sizeHint() const

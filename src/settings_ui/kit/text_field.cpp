@@ -12,7 +12,9 @@ namespace {
 
 constexpr int symbolSize = 14;
 constexpr int symbolGap = 6;
-/// A line edit keeps two points clear beside its text.
+/// A line edit keeps so much clear on either side of its text, and a little more for letters that stick out.
+constexpr int clearSides = 2;
+constexpr int bearings = 2;
 constexpr int padding = 7;
 
 } // namespace
@@ -35,9 +37,19 @@ QSize TextField::sizeHint() const
     return {QLineEdit::sizeHint().width(), qMax(metrics::controlHeight, metrics.height() + 12)};
 }
 
+QSize TextField::minimumSizeHint() const
+{
+    const QMargins margins = textMargins();
+    const int width =
+        QFontMetrics(font()).horizontalAdvance(placeholderText()) + margins.left() + margins.right();
+    return {qMax(QLineEdit::minimumSizeHint().width(), width + 2 * clearSides + bearings),
+            sizeHint().height()};
+}
+
 void TextField::setPlaceholder(const QString& text)
 {
     setPlaceholderText(text);
+    updateGeometry();
     if (accessibleName().isEmpty())
         setAccessibleName(text);
 }
@@ -54,7 +66,7 @@ void TextField::paintEvent(QPaintEvent* event)
             paintFocusRing(painter, frame, metrics::controlRadius, colors.accent);
         if (symbol_) {
             const QSize size(symbolSize, symbolSize);
-            const QRect place(QPoint(padding + 2, (height() - symbolSize) / 2), size);
+            const QRect place(QPoint(padding + clearSides, (height() - symbolSize) / 2), size);
             painter.drawPixmap(place,
                                symbolPixmap(*symbol_, size, colors.secondaryText, devicePixelRatioF()));
         }

@@ -18,6 +18,8 @@ public:
     explicit TextField(std::optional<Symbol> symbol = {}, QWidget* parent = nullptr);
 
     [[nodiscard]] QSize sizeHint() const override;
+    /// No narrower than the placeholder.
+    [[nodiscard]] QSize minimumSizeHint() const override;
     void setPlaceholder(const QString& text);
 
 protected:
