@@ -1,110 +1,142 @@
 #include "app/application.h"
 
-#include "dictation/dictation_controller.h"
-#include "platform/linux/accessibility/at_spi_accessibility_client.h"
-#include "platform/linux/audio/pulse_audio_input.h"
-#include "platform/linux/audio/pulse_capture_authorization.h"
-#include "platform/linux/audio/pulse_server.h"
-#include "platform/linux/audio/sandbox.h"
-#include "platform/linux/audio/speex_audio_converter.h"
-#include "platform/linux/event_loop/qt_main_queue.h"
-#include "platform/linux/files/posix_file_system.h"
-#include "platform/linux/files/serial_work_queue.h"
-#include "platform/linux/files/system_wall_clock.h"
-#include "platform/linux/focus/at_spi_focus.h"
-#include "platform/linux/hud_panel/x11_hud_panel.h"
-#include "platform/linux/language_model/no_language_model.h"
-#include "platform/linux/pasteboard/x11_pasteboard.h"
-#include "platform/linux/pocketsphinx/model_files.h"
-#include "platform/linux/pocketsphinx/pocketsphinx_framework.h"
-#include "platform/linux/preferences/qt_user_defaults.h"
-#include "platform/linux/workspace/x11_workspace.h"
-#include "platform/linux/x11/x11_event_tap.h"
-#include "platform/linux/x11/x11_keyboard.h"
+#include "app/facilities.h"
+#include "app/settings_panes.h"
+#include "appearance/appearance_follower.h"
+#include "menu/menu_bar_icon.h"
+#include "menu/menu_content.h"
+#include "menu_view/menu_bar_pictures.h"
+#include "menu_view/template_icon.h"
+#include "panes/welcome.h"
+#include "permissions/permissions_model.h"
+#include "platform/linux/activation/bring_to_front.h"
+#include "platform/linux/activation/idle_activation_policy.h"
+#include "platform/linux/tray/tray_icon.h"
+#include "platform/linux/update/linux_update_source.h"
+#include "platform/linux/update/update_configuration.h"
+#include "settings_ui/managed_widget_windows.h"
+#include "settings_ui/welcome_view.h"
+#include "shell/app_delegate.h"
+#include "symbols/application_icon.h"
+#include "updates/feed_updater.h"
+#include "updates/updater_view_model.h"
+#include "updates_view/update_dialogs.h"
 
-#include <QStandardPaths>
+#include <QApplication>
+
+#include <optional>
 
 namespace corvandi {
-namespace {
-
-/// Beside what other applications of the user keep; independent of this program's own name for Qt.
-QString storeDirectory()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QLatin1String("/Corvandi");
-}
-
-} // namespace
 
 /// In the order of creation; destroyed in the reverse one.
 struct Application::Objects {
-    explicit Objects(SystemLog& theLog)
-        : log(theLog)
+    explicit Objects(SystemLog& log)
+        : facilities(log)
     {
     }
 
-    SystemLog& log;
-    QtMainQueue queue;
-    QtUserDefaults userDefaults{log};
-    Settings settings{userDefaults};
-    X11Workspace workspace{queue};
-    /// Only silent checks are made so far, so nobody is ever asked.
-    AtSpiAccessibilityClient accessibility{log, [](const AtSpiAccessibilityClient::Answer&) {}};
-    AtSpiFocus focus{[this] { return workspace.frontmostProcess(); }, log};
-    WatchedChord watchedChord;
-    X11EventTaps eventTaps{log, watchedChord};
-    X11Keyboard keyboard{log, watchedChord, [this] { return workspace.frontmostIsTerminal(); }};
-    X11Pasteboard pasteboard{queue};
-    PulseServer soundServer{queue, log};
-    PulseAudioInput audioInput{soundServer, queue, log};
-    PulseCaptureAuthorization captureAuthorization{soundServer, queue, sandboxedApplicationId()};
-    SpeexAudioConverters audioConverters;
-    PocketSphinxFramework speechFramework{installedModelFolder(), queue};
-    NoLanguageModel languageModel{queue};
-    X11HudPanels hudPanels;
-    SystemWallClock wallClock;
-    PosixFileSystem files;
-    SerialWorkQueue storeQueue{QStringLiteral("io.corvandi.Corvandi.store")};
-    std::shared_ptr<DictationController> controller =
-        DictationController::create(settings, Platform{
-                                                  .queue = queue,
-                                                  .wallClock = wallClock,
-                                                  .log = log,
-                                                  .files = files,
-                                                  .storeQueue = storeQueue,
-                                                  .eventTaps = eventTaps,
-                                                  .keyboard = keyboard,
-                                                  .pasteboard = pasteboard,
-                                                  .accessibility = accessibility,
-                                                  .focusedElements = focus,
-                                                  .workspace = workspace,
-                                                  .audioInput = audioInput,
-                                                  .audioConverters = audioConverters,
-                                                  .captureAuthorization = captureAuthorization,
-                                                  .speechFramework = speechFramework,
-                                                  .languageModel = languageModel,
-                                                  .hudPanels = hudPanels,
-                                                  .locale = Locale::current(),
-                                                  .storeDirectory = storeDirectory(),
-                                              });
+    [[nodiscard]] std::shared_ptr<DictationController> makeController();
+    [[nodiscard]] std::unique_ptr<QWidget> makeSettings();
+    [[nodiscard]] std::unique_ptr<QWidget> makeWelcome(ManagedWindows::Callback getStarted);
+    [[nodiscard]] MenuEntries menuEntries();
+
+    Facilities facilities;
+    AppearanceFollower appearanceFollower{facilities.appearance};
+    Settings settings{facilities.userDefaults};
+    PermissionsModel permissions{facilities.captureAuthorization, facilities.accessibility};
+    SettingsNavigator navigator;
+    IdleActivationPolicy activationPolicy;
+    std::optional<SettingsPanes> settingsPanes;
+    ManagedWidgetWindows windows{
+        {.settings = [this] { return makeSettings(); },
+         .welcome =
+             [this](ManagedWindows::Callback getStarted) { return makeWelcome(std::move(getStarted)); }},
+        bringToFront};
+    std::shared_ptr<AppDelegate> delegate = AppDelegate::create(
+        {facilities.queue, facilities.userDefaults, permissions, navigator, activationPolicy, windows},
+        [this] { return makeController(); });
+
+    LinuxUpdateSource updateSource{UpdateConfiguration::builtIn(facilities.log), facilities.queue};
+    UpdateDialogs updateDialogs;
+    FeedUpdater feedUpdater{UpdaterPlatform{facilities.queue, facilities.wallClock, facilities.userDefaults,
+                                            facilities.log, updateSource, updateDialogs},
+                            runningProgram()};
+    UpdaterViewModel updater{feedUpdater};
+
+    MenuBarIcon menuBarIcon{programPicture, symbolPicture};
+    TrayIcon trayIcon{
+        templateIcon(menuBarIcon.image(), QStringLiteral("io.corvandi.Corvandi-symbolic")),
+        [this] { return menuEntries(); },
+        facilities.queue,
+        facilities.log,
+    };
 };
 
-Application::Application(SystemLog& log)
-    : objects_(std::make_unique<Objects>(log))
+std::shared_ptr<DictationController> Application::Objects::makeController()
 {
+    auto controller = DictationController::create(settings, facilities.forDictation());
+    controller->onHotkeyActiveChange = [this] { trayIcon.refresh(); };
+    return controller;
+}
+
+std::unique_ptr<QWidget> Application::Objects::makeSettings()
+{
+    settingsPanes.emplace(facilities, settings, permissions, delegate->controller());
+    return settingsPanes->makeView(navigator);
+}
+
+std::unique_ptr<QWidget> Application::Objects::makeWelcome(ManagedWindows::Callback getStarted)
+{
+    return std::make_unique<WelcomeView>(
+        std::make_unique<Welcome>(permissions, facilities.queue, std::move(getStarted)));
+}
+
+MenuEntries Application::Objects::menuEntries()
+{
+    return MenuContent{
+        .settings = settings,
+        // Before there is a controller nothing is watched; it is not made only to be asked.
+        .isHotkeyActive = delegate->hasController() && delegate->controller().isHotkeyActive(),
+        .canCheckForUpdates = updater.canCheckForUpdates(),
+        .actions = {.openAccessibility =
+                        [this] { facilities.systemSettings.open(SystemSettingsPage::accessibility); },
+                    .checkForUpdates = [this] { updater.checkForUpdates(); },
+                    .openSettings = [this] { delegate->showSettings(); },
+                    .quit = &QApplication::quit},
+    }
+        .entries();
+}
+
+Application::Application(SystemLog& log)
+{
+    QApplication::setWindowIcon(applicationIcon());
+    objects_ = std::make_unique<Objects>(log);
+    Objects& objects = *objects_;
+    const auto refreshMenu = [&objects] { objects.trayIcon.refresh(); };
+    QObject::connect(&objects.settings, &Settings::hotkeyDescriptionChanged, &objects.updater, refreshMenu);
+    QObject::connect(&objects.updater, &UpdaterViewModel::canCheckForUpdatesChanged, &objects.updater,
+                     refreshMenu);
 }
 
 Application::~Application()
 {
-    objects_->controller->shutDown();
+    AppDelegate& delegate = *objects_->delegate;
+    if (delegate.hasController())
+        delegate.controller().shutDown();
 }
 
 void Application::start()
 {
-    DictationController& controller = *objects_->controller;
-    controller.applyHotkey();
-    controller.startHotkey();
-    controller.prepareModel();
-    objects_->log.write(QStringLiteral("ready"));
+    // Before, nobody knows whether there may be a hotkey, and which permissions the welcome has to ask for.
+    objects_->facilities.accessibility.whenAnswered([this] {
+        objects_->delegate->applicationDidFinishLaunching();
+        objects_->facilities.log.write(QStringLiteral("ready"));
+    });
+}
+
+void Application::launchedAgain()
+{
+    objects_->delegate->applicationWasLaunchedAgain();
 }
 
 } // namespace corvandi

@@ -17,8 +17,11 @@ public:
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;
 
-    /// Starts the hotkey and has the speech model prepared in the background.
+    /// On the first run shows the welcome; else starts the hotkey and has the speech model prepared in the
+    /// background. Later, if the desktop has yet to say whether its accessibility support is on.
     void start();
+    /// The user has started the program once more: shows its window.
+    void launchedAgain();
 
 private:
     struct Objects;

@@ -7,6 +7,8 @@
 
 #include <QApplication>
 
+#include <optional>
+
 namespace {
 
 using namespace corvandi;
@@ -26,13 +28,18 @@ int run(LinuxSystemLog& log, TerminationSignals& signals, int& argc, char** argv
     const std::unique_ptr<Registration> qtMessages = routeQtMessages(log);
     const QApplication qtApplication(argc, argv);
     signals.watch([] { QApplication::quit(); });
-    SingleInstance instance(log, [&log] { log.write(QStringLiteral("already running; started again")); });
+    std::optional<Application> application;
+    // Told by the event loop, so not before there is an application.
+    SingleInstance instance(log, [&log, &application] {
+        log.write(QStringLiteral("already running; started again"));
+        application->launchedAgain();
+    });
     if (instance.role() == InstanceRole::second) {
         log.write(QStringLiteral("already running; this second instance ends"));
         return EXIT_SUCCESS;
     }
-    Application application(log);
-    application.start();
+    application.emplace(log);
+    application->start();
     return QApplication::exec();
 }
 
