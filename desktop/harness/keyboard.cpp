@@ -29,6 +29,21 @@ void Keyboard::strike(Key key)
     release(key);
 }
 
+void Keyboard::strike(const std::vector<Key>& chord)
+{
+    for (const Key key : chord)
+        press(key);
+    for (auto key = chord.rbegin(); key != chord.rend(); ++key)
+        release(*key);
+}
+
+void Keyboard::type(const std::string& text)
+{
+    // The symbols of these characters have their numbers.
+    for (const char character : text)
+        strike(static_cast<Key>(character));
+}
+
 Clock::time_point Keyboard::post(Key key, int isPress)
 {
     const KeyCode code = ::XKeysymToKeycode(display_.get(), static_cast<KeySym>(key));

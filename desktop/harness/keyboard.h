@@ -2,6 +2,7 @@
 
 #include "harness/x_display.h"
 
+#include <string>
 #include <vector>
 
 namespace corvandi::harness {
@@ -10,7 +11,15 @@ namespace corvandi::harness {
 enum class Key : unsigned long {
     space = 0x20,
     a = 0x61,
+    d = 0x64,
+    backspace = 0xff08,
     tab = 0xff09,
+    enter = 0xff0d,
+    escape = 0xff1b,
+    up = 0xff52,
+    down = 0xff54,
+    f4 = 0xffc1,
+    f9 = 0xffc6,
     f12 = 0xffc9,
     leftShift = 0xffe1,
     leftControl = 0xffe3,
@@ -30,6 +39,10 @@ public:
     Clock::time_point press(Key key);
     Clock::time_point release(Key key);
     void strike(Key key);
+    /// Presses these keys one after the other and releases them the other way round.
+    void strike(const std::vector<Key>& chord);
+    /// Strikes the keys of a text that needs no modifiers: lower-case letters, digits, spaces.
+    void type(const std::string& text);
 
 private:
     Clock::time_point post(Key key, int isPress);

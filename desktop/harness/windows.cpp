@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 #include <span>
+#include <vector>
 
 namespace corvandi::harness {
 namespace {
@@ -24,13 +25,17 @@ struct Property {
         return data ? std::string(reinterpret_cast<const char*>(data.get()), count) : std::string();
     }
     /// Xlib hands 32-bit values out as longs.
+    [[nodiscard]] std::vector<unsigned long> numbers() const
+    {
+        std::vector<unsigned long> values(count);
+        if (count > 0)
+            std::memcpy(values.data(), data.get(), count * sizeof(unsigned long));
+        return values;
+    }
     [[nodiscard]] std::optional<unsigned long> number() const
     {
-        unsigned long value = 0;
-        if (count == 0)
-            return std::nullopt;
-        std::memcpy(&value, data.get(), sizeof value);
-        return value;
+        const std::vector<unsigned long> all = numbers();
+        return all.empty() ? std::nullopt : std::optional(all.front());
     }
 };
 
@@ -45,6 +50,12 @@ Property propertyOf(Display* display, Window window, const char* name)
     ::XGetWindowProperty(display, window, ::XInternAtom(display, name, False), 0, longest, False,
                          AnyPropertyType, &type, &format, &count, &rest, &data);
     return {std::unique_ptr<unsigned char, FreeX>(data), count};
+}
+
+std::string titleOf(Display* display, Window window)
+{
+    const std::string title = propertyOf(display, window, "_NET_WM_NAME").text();
+    return title.empty() ? propertyOf(display, window, "WM_NAME").text() : title;
 }
 
 /// The window and everything below it, down to the clients inside a window manager's frames.
@@ -105,10 +116,42 @@ std::string Windows::activeTitle() const
 {
     const Window root = DefaultRootWindow(display_.get());
     const auto active = propertyOf(display_.get(), root, "_NET_ACTIVE_WINDOW").number();
-    if (!active)
-        return {};
-    const std::string title = propertyOf(display_.get(), *active, "_NET_WM_NAME").text();
-    return title.empty() ? propertyOf(display_.get(), *active, "WM_NAME").text() : title;
+    return active ? titleOf(display_.get(), *active) : std::string();
+}
+
+std::optional<Area> Windows::activeArea() const
+{
+    Display* display = display_.get();
+    const Window root = DefaultRootWindow(display);
+    const auto active = propertyOf(display, root, "_NET_ACTIVE_WINDOW").number();
+    XWindowAttributes attributes{};
+    if (!active || ::XGetWindowAttributes(display, *active, &attributes) == 0)
+        return std::nullopt;
+    Area area{.x = 0, .y = 0, .width = attributes.width, .height = attributes.height};
+    Window child = None;
+    ::XTranslateCoordinates(display, *active, root, 0, 0, &area.x, &area.y, &child);
+    return area;
+}
+
+bool Windows::waitUntilOpen(const std::string& title, Clock::time_point deadline) const
+{
+    return waitFor(display_, deadline, [&] { return isOpen(title); });
+}
+
+bool Windows::waitUntilClosed(const std::string& title, Clock::time_point deadline) const
+{
+    return waitFor(display_, deadline, [&] { return !isOpen(title); });
+}
+
+bool Windows::isOpen(const std::string& title) const
+{
+    Display* display = display_.get();
+    for (const unsigned long window :
+         propertyOf(display, DefaultRootWindow(display), "_NET_CLIENT_LIST").numbers()) {
+        if (titleOf(display, window) == title)
+            return true;
+    }
+    return false;
 }
 
 bool Windows::waitUntilShown(pid_t process, Clock::time_point deadline) const

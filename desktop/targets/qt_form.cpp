@@ -1,42 +1,18 @@
 // qt_form FILE TITLE: a window with a text field, a password field and a button, reached in this order
 // with the Tab key. Records the text of both fields, the field first, and when an element gets the focus.
 
+#include "qt_observer.h"
 #include "record.h"
 
 #include <QApplication>
 #include <QFormLayout>
-#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
 
 #include <cstdlib>
 
-namespace {
-
+using corvandi::targets::QtObserver;
 using corvandi::targets::Record;
-
-class Observer : public QObject {
-public:
-    explicit Observer(Record& record)
-        : record_(record)
-    {
-    }
-
-protected:
-    bool eventFilter(QObject* receiver, QEvent* event) override
-    {
-        if (event->type() == QEvent::KeyPress && receiver->isWindowType())
-            record_.key(static_cast<QKeyEvent*>(event)->nativeVirtualKey(), Record::Alt::up);
-        if (event->type() == QEvent::FocusIn && receiver->isWidgetType())
-            record_.focus();
-        return false;
-    }
-
-private:
-    Record& record_;
-};
-
-} // namespace
 
 int main(int count, char** arguments)
 {
@@ -44,7 +20,7 @@ int main(int count, char** arguments)
     if (count != 3)
         return EXIT_FAILURE;
     Record record(arguments[1]);
-    Observer observer(record);
+    QtObserver observer(record);
     application.installEventFilter(&observer);
 
     QWidget window;

@@ -1,44 +1,16 @@
 // qt_text_field FILE TITLE: a window with a text field of several lines that records its text and every key
 // press.
 
+#include "qt_observer.h"
 #include "record.h"
 
 #include <QApplication>
-#include <QKeyEvent>
 #include <QPlainTextEdit>
 
 #include <cstdlib>
 
-namespace {
-
+using corvandi::targets::QtObserver;
 using corvandi::targets::Record;
-
-/// Sees each key press once: when it reaches the window, before widgets pass it on.
-class Observer : public QObject {
-public:
-    explicit Observer(Record& record)
-        : record_(record)
-    {
-    }
-
-protected:
-    bool eventFilter(QObject* receiver, QEvent* event) override
-    {
-        if (event->type() == QEvent::KeyPress && receiver->isWindowType()) {
-            const auto* key = static_cast<QKeyEvent*>(event);
-            const bool withAlt = key->modifiers().testFlag(Qt::AltModifier);
-            record_.key(key->nativeVirtualKey(), withAlt ? Record::Alt::down : Record::Alt::up);
-        }
-        if (event->type() == QEvent::FocusIn && qobject_cast<QPlainTextEdit*>(receiver) != nullptr)
-            record_.focus();
-        return false;
-    }
-
-private:
-    Record& record_;
-};
-
-} // namespace
 
 int main(int count, char** arguments)
 {
@@ -46,7 +18,7 @@ int main(int count, char** arguments)
     if (count != 3)
         return EXIT_FAILURE;
     Record record(arguments[1]);
-    Observer observer(record);
+    QtObserver observer(record);
     application.installEventFilter(&observer);
 
     QPlainTextEdit field;

@@ -72,6 +72,17 @@ TEST(APastedText, IsInTheHistoryAndGivesTheClipboardBackAfterASecond)
     EXPECT_TRUE(clipboard::waitForText(previously));
 }
 
+TEST(ATextToBePastedIntoATerminalThatCannotPaste, IsTyped)
+{
+    Session session;
+    writePreferences({"insertion=paste"});
+    const TargetApplication terminal(Kind::terminal, session.folder());
+    session.startProgram();
+    const std::string text = session.dictate(recordings::goForward(), terminal);
+
+    EXPECT_TRUE(saysWhatWasSaid(text, recordings::goForward().reference));
+}
+
 TEST(AHistoryThatIsNotWanted, IsNotKept)
 {
     Session session;

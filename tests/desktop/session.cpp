@@ -72,10 +72,10 @@ Keyboard& Session::keyboard()
     return keyboard_ ? *keyboard_ : keyboard_.emplace();
 }
 
-Program& Session::startProgram()
+Program& Session::startProgram(const std::vector<std::string>& prefix)
 {
     program_.reset();
-    Program started = launch();
+    Program started = launch(prefix);
     started.waitForLine("Corvandi: ready");
     return program_.emplace(std::move(started));
 }

@@ -33,8 +33,9 @@ public:
     /// Made when first asked for: tests that take the display away never ask.
     [[nodiscard]] harness::Keyboard& keyboard();
 
-    /// Starts the program under test and waits until it is ready.
-    harness::Program& startProgram();
+    /// Starts the program under test, behind a command such as {"env", "LC_ALL=C"}, and waits until it is
+    /// ready.
+    harness::Program& startProgram(const std::vector<std::string>& prefix = {});
     /// Starts it, also a second time, behind a command such as {"env", "-u", "DISPLAY"}.
     [[nodiscard]] harness::Program launch(const std::vector<std::string>& prefix = {});
     /// The one that `startProgram` started.

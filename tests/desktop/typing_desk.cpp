@@ -27,7 +27,6 @@ QCoro::Task<> store(QCoro::Task<bool> task, std::shared_ptr<std::optional<bool>>
 
 void TypingDesk::open(TargetKind kind)
 {
-    targetIsTerminal_ = kind == TargetKind::terminal;
     target_.reset();
     folder_.emplace();
     target_.emplace(kind, folder_->path().toStdString());

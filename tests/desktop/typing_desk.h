@@ -67,8 +67,7 @@ private:
     std::optional<QTemporaryDir> folder_;
     RecordingLog log_;
     WatchedChord watched_;
-    bool targetIsTerminal_ = false;
-    X11Keyboard keyboard_{log_, watched_, [this] { return targetIsTerminal_; }};
+    X11Keyboard keyboard_{log_, watched_, [] { return PasteShortcut::controlV; }};
     QtMainQueue queue_;
     X11Pasteboard pasteboard_{queue_};
     TextInjector injector_{keyboard_, pasteboard_, queue_};

@@ -26,21 +26,6 @@ QVariantList call(const QString& service, const QString& path, const QString& in
     return reply.arguments();
 }
 
-std::string lineOf(const QVariantMap& item)
-{
-    if (item.value(QStringLiteral("type")) == QLatin1String("separator"))
-        return "---";
-    std::string line = item.value(QStringLiteral("label")).toString().toStdString();
-    if (item.value(QStringLiteral("enabled"), true).toBool())
-        line = "[" + line + "]";
-    QList<QStringList> shortcuts;
-    if (item.contains(QStringLiteral("shortcut")))
-        item.value(QStringLiteral("shortcut")).value<QDBusArgument>() >> shortcuts;
-    for (const QStringList& shortcut : shortcuts)
-        line += " " + shortcut.join(QLatin1Char('+')).toStdString();
-    return line;
-}
-
 } // namespace
 
 QStringList shownItems()
@@ -72,48 +57,31 @@ void ExportedItem::aboutToShowMenu() const
     call(service_, menuPath, menuInterface, QStringLiteral("AboutToShow"), {0});
 }
 
-std::vector<ExportedItem::Line> ExportedItem::lines() const
+std::vector<harness::MenuLine> ExportedItem::lines() const
 {
-    const QVariantList reply =
-        call(service_, menuPath, menuInterface, QStringLiteral("GetLayout"), {0, -1, QStringList()});
-    const auto root = reply.at(1).value<QDBusArgument>();
-    int rootId = 0;
-    QVariantMap rootProperties;
-    QVariantList children;
-    root.beginStructure();
-    root >> rootId >> rootProperties >> children;
-    root.endStructure();
-    std::vector<Line> lines;
-    for (const QVariant& child : children) {
-        const auto argument = child.value<QDBusArgument>();
-        Line line;
-        argument.beginStructure();
-        argument >> line.id >> line.properties;
-        argument.endStructure();
-        lines.push_back(line);
-    }
-    return lines;
+    return harness::menuLines(
+        call(service_, menuPath, menuInterface, QStringLiteral("GetLayout"), {0, -1, QStringList()}));
 }
 
 std::vector<std::string> ExportedItem::menu() const
 {
     std::vector<std::string> result;
-    for (const Line& line : lines())
-        result.push_back(lineOf(line.properties));
+    for (const harness::MenuLine& line : lines())
+        result.push_back(line.text());
     return result;
 }
 
 QList<int> ExportedItem::ids() const
 {
     QList<int> result;
-    for (const Line& line : lines())
+    for (const harness::MenuLine& line : lines())
         result.append(line.id);
     return result;
 }
 
 void ExportedItem::choose(const QString& label) const
 {
-    for (const Line& line : lines()) {
+    for (const harness::MenuLine& line : lines()) {
         if (line.properties.value(QStringLiteral("label")) == label)
             call(service_, menuPath, menuInterface, QStringLiteral("Event"),
                  {line.id, QStringLiteral("clicked"), QVariant::fromValue(QDBusVariant(0)), 0u});

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QDBusArgument>
+#include "harness/menu_layout.h"
+
 #include <QStringList>
 #include <QVariant>
 
@@ -35,11 +36,7 @@ public:
     void choose(const QString& label) const;
 
 private:
-    struct Line {
-        int id = 0;
-        QVariantMap properties;
-    };
-    [[nodiscard]] std::vector<Line> lines() const;
+    [[nodiscard]] std::vector<harness::MenuLine> lines() const;
 
     QString service_;
 };
