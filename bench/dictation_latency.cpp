@@ -4,6 +4,8 @@
 //
 //   desktop/desktop with audio=pulse -- build/release/bench/dictation_latency build/release/src/app/corvandi
 
+#include "load_average.h"
+
 #include "harness/keyboard.h"
 #include "harness/preferences.h"
 #include "harness/program.h"
@@ -15,7 +17,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <iostream>
 #include <vector>
 
@@ -98,14 +99,6 @@ void measure(const char* name, const Recording& recording, int count, const Prog
     report(name, recording, runs);
 }
 
-std::string loadAverage()
-{
-    std::ifstream file("/proc/loadavg");
-    std::string line;
-    std::getline(file, line);
-    return line;
-}
-
 void measureAll(const std::string& command, int count)
 {
     const std::filesystem::path folder = std::filesystem::temp_directory_path() / "corvandi-latency";
@@ -114,7 +107,7 @@ void measureAll(const std::string& command, int count)
     writePreferences();
     const Program program({command}, folder / "corvandi.log");
     program.waitForLine("Corvandi: ready");
-    std::printf("load %s\n\n", loadAverage().c_str());
+    std::printf("load %s\n\n", corvandi::loadAverage().c_str());
     std::printf("                              press to first   release to whole\n"
                 "                              audio (ms)       text (ms)\n"
                 "recording              runs   median  worst    median  worst     word errors\n");
