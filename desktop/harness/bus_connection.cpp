@@ -78,8 +78,14 @@ pid_t BusConnection::processOf(const QString& service) const
 {
     const Target bus{QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
                      QStringLiteral("org.freedesktop.DBus")};
-    return static_cast<pid_t>(
-        call(bus, QStringLiteral("GetConnectionUnixProcessID"), {service}).value(0).toUInt());
+    if (!call(bus, QStringLiteral("NameHasOwner"), {service}).value(0).toBool())
+        return 0;
+    try {
+        return static_cast<pid_t>(
+            call(bus, QStringLiteral("GetConnectionUnixProcessID"), {service}).value(0).toUInt());
+    } catch (const HarnessError&) {
+        return 0; // It has gone since.
+    }
 }
 
 } // namespace corvandi::harness

@@ -34,7 +34,7 @@ public:
     QVariantList call(const Target& target, const QString& method, const QVariantList& arguments = {}) const;
     [[nodiscard]] QVariant property(const Target& target, const QString& name) const;
     void setProperty(const Target& target, const QString& name, const QVariant& value) const;
-    /// The process behind a name on the bus.
+    /// The process behind a name on the bus; 0 when nobody has that name (any more).
     [[nodiscard]] pid_t processOf(const QString& service) const;
 
 private:

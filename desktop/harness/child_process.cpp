@@ -131,7 +131,7 @@ std::string readToEnd(int descriptor, Clock::time_point deadline)
 
 } // namespace
 
-std::string outputOf(const std::vector<std::string>& command)
+std::string outputOf(const std::vector<std::string>& command, std::chrono::seconds limit)
 {
     Pipe pipe = makePipe();
     SpawnActions actions;
@@ -139,7 +139,7 @@ std::string outputOf(const std::vector<std::string>& command)
     actions.duplicate(pipe.writing.get(), STDOUT_FILENO);
     const pid_t id = spawn(command, actions);
     pipe.writing.close();
-    const auto deadline = Clock::now() + patience;
+    const auto deadline = Clock::now() + limit;
     std::string output = readToEnd(pipe.reading.get(), deadline);
     if (Clock::now() >= deadline)
         ::kill(id, SIGKILL);

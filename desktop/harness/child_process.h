@@ -47,7 +47,8 @@ private:
 };
 
 /// Runs a command to its end and returns what it wrote to standard output.
-/// Throws HarnessError when it fails or takes longer than `patience`.
-[[nodiscard]] std::string outputOf(const std::vector<std::string>& command);
+/// Throws HarnessError when it fails or takes longer than `limit`.
+[[nodiscard]] std::string outputOf(const std::vector<std::string>& command,
+                                   std::chrono::seconds limit = patience);
 
 } // namespace corvandi::harness

@@ -28,6 +28,13 @@ TrayMenu::TrayMenu(pid_t process)
         throw HarnessError("the tray shows no icon of process " + std::to_string(process));
 }
 
+std::string TrayMenu::iconName() const
+{
+    const BusConnection::Target item{menu_.service, QStringLiteral("/StatusNotifierItem"),
+                                     QStringLiteral("org.kde.StatusNotifierItem")};
+    return bus_->property(item, QStringLiteral("IconName")).toString().toStdString();
+}
+
 std::vector<MenuLine> TrayMenu::layout() const
 {
     constexpr int wholeMenu = 0;

@@ -12,8 +12,12 @@ namespace corvandi::harness {
 /// The menu of a program's tray icon, as the desktop's tray gets it over the session's bus.
 class TrayMenu {
 public:
-    /// Waits until the tray shows an icon of that process. Throws HarnessError when none comes.
+    /// Waits until the tray shows an icon of that process; trays may go on showing those of processes that
+    /// were killed. Throws HarnessError when none comes.
     explicit TrayMenu(pid_t process);
+
+    /// The icon that the program names.
+    [[nodiscard]] std::string iconName() const;
 
     /// The lines from top to bottom: the label, in brackets if it can be chosen, and the shortcut; "---" for
     /// a divider.

@@ -40,7 +40,8 @@ Installation::Installation()
 {
     const FilesOfAGroup filesOfAGroup;
     (void)harness::outputOf({"env", "DESTDIR=" + root_.path().string(), CORVANDI_CMAKE, "--install",
-                             CORVANDI_BUILD, "--prefix", "/usr", "--strip"});
+                             CORVANDI_BUILD, "--prefix", "/usr", "--strip"},
+                            packagingTime);
 }
 
 std::string contentOf(const std::filesystem::path& file)

@@ -2,6 +2,7 @@
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <filesystem>
 #include <string>
 
@@ -34,6 +35,10 @@ public:
 private:
     std::filesystem::path path_;
 };
+
+/// How long installing or packaging may take: seconds, but they read and write all of a program with its
+/// debug information, which takes its time on a slow disk.
+constexpr std::chrono::seconds packagingTime{120};
 
 /// The build as it is installed below /usr, in a folder that stands for the root of a system. Whoever
 /// installed it lets their group write to what they make (umask 002).

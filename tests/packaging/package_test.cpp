@@ -37,7 +37,8 @@ protected:
         folder = std::make_unique<TemporaryFolder>();
         const FilesOfAGroup filesOfAGroup;
         (void)outputOf(
-            {CORVANDI_CPACK, "--config", CORVANDI_BUILD "/CPackConfig.cmake", "-B", folder->path()});
+            {CORVANDI_CPACK, "--config", CORVANDI_BUILD "/CPackConfig.cmake", "-B", folder->path()},
+            packagingTime);
         for (const auto& entry : std::filesystem::directory_iterator(folder->path())) {
             if (entry.path().extension() == ".deb")
                 package = entry.path();

@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace corvandi {
 namespace {
 
@@ -114,6 +116,12 @@ struct Case {
     const char* file;
     std::vector<Damage> damages;
 };
+
+/// How a case is called in the list of tests.
+void PrintTo(const Case& damaged, std::ostream* out)
+{
+    *out << damaged.file;
+}
 
 class DamagedFile : public ::testing::TestWithParam<Case> {};
 
