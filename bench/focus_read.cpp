@@ -3,6 +3,7 @@
 //
 //   desktop/desktop with comp=none -- sh -c 'zenity --entry & sleep 2; build/dev/bench/focus_read'
 
+#include "platform/linux/event_loop/qt_main_queue.h"
 #include "platform/linux/focus/at_spi_focus.h"
 #include "platform/linux/log/linux_system_log.h"
 #include "platform/linux/workspace/front_window.h"
@@ -55,6 +56,16 @@ void measure(const char* name, Read read)
                 microseconds(times.back()));
 }
 
+/// What a delivery waits for the focus.
+void measureRefreshes(AtSpiFocus& focus)
+{
+    measure("a refresh, from the question to its end", [&focus] {
+        QEventLoop loop;
+        const auto refresh = focus.refresh([&loop] { loop.quit(); });
+        return loop.exec();
+    });
+}
+
 struct Usage {
     long switches = 0;
     double cpuMilliseconds = 0;
@@ -83,16 +94,19 @@ int main(int argc, char** argv)
         const auto window = frontWindow.read();
         return window ? window->process : std::nullopt;
     };
-    AtSpiFocus focus([&active] { return active(); }, log);
+    QtMainQueue queue;
+    AtSpiFocus focus([&active] { return active(); }, queue, log);
     runFor(milliseconds(1000));
     const auto element = focus.focusedElement();
     std::printf("focused element: %s\n", element ? qPrintable(element->role.value_or(QString())) : "unknown");
 
     measure("the active window's process alone", [&] { return active(); });
-    AtSpiFocus fixedFocus([process = active()] { return process; }, log);
+    AtSpiFocus fixedFocus([process = active()] { return process; }, queue, log);
     runFor(milliseconds(1000));
     measure("the focused element of a known process", [&] { return fixedFocus.focusedElement(); });
     measure("the focused element of the active window", [&] { return focus.focusedElement(); });
+
+    measureRefreshes(focus);
 
     runFor(milliseconds(500));
     constexpr milliseconds idle{5000};

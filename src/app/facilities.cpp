@@ -59,7 +59,7 @@ Facilities::Facilities(SystemLog& theLog)
                      [this](const QString& text) {
                          notices.tell({text, {}});
                      })
-    , focus([this] { return workspace.frontmostProcess(); }, log)
+    , focus([this] { return workspace.frontmostProcess(); }, queue, log)
     , keyboard(log, watchedChord, [this] { return pasteShortcutOf(workspace.frontmostKind()); })
     , captureAuthorization(soundServer, queue, sandboxedApplicationId())
     , speechFramework(installedModelFolder(), queue)

@@ -14,6 +14,9 @@ using namespace std::chrono_literals;
 
 /// How long the HUD stays after the text is in.
 constexpr MainQueue::Duration hideAfterInsertion = 150ms;
+/// How long a delivery waits for the application to say where the focus is now. Most do within a
+/// millisecond or two; one that hangs is taken at its last word.
+constexpr MainQueue::Duration freshFocusLimit = 50ms;
 /// How long an insertion waits for fingers that still hold a modifier.
 constexpr MainQueue::Duration freeKeysLimit = 2s;
 
@@ -39,6 +42,7 @@ QCoro::Task<> DictationController::deliver(std::optional<Transcript> result, Tar
                       HUDState::error);
         co_return;
     }
+    co_await waitForFreshFocus();
     const FocusTarget focus = focusInspector_.currentTarget();
     if (focus == FocusTarget::secure) {
         showTransient(translated("Dictation isn't available in password fields."), HUDState::notice);
@@ -75,6 +79,16 @@ QString DictationController::cleaned(const QString& transcript, const Target& ta
     const PostProcessor::Options options{.removeDisfluencies = settings_.removeDisfluencies(),
                                          .keepPunctuation = rewriteWanted || settings_.autoPunctuation()};
     return PostProcessor::process(replaced, options);
+}
+
+/// Who moves into a password field while the transcript is on its way must not get it typed there because
+/// the application has not announced the move yet.
+QCoro::Task<> DictationController::waitForFreshFocus()
+{
+    const OneShot<Done> fresh;
+    const auto reading = platform_.focusedElements.refresh([fresh] { fresh.complete({}); });
+    const auto limit = platform_.queue.after(freshFocusLimit, [fresh] { fresh.complete({}); });
+    co_await fresh;
 }
 
 QCoro::Task<QString> DictationController::rewritten(QString text)

@@ -105,6 +105,7 @@ private:
     [[nodiscard]] QCoro::Task<> deliver(std::optional<Transcript> result, Target target);
     [[nodiscard]] QCoro::Task<bool> isRewriteWanted();
     [[nodiscard]] QString cleaned(const QString& transcript, const Target& target, bool rewriteWanted);
+    [[nodiscard]] QCoro::Task<> waitForFreshFocus();
     [[nodiscard]] QCoro::Task<QString> rewritten(QString text);
     [[nodiscard]] QCoro::Task<> deliverText(QString text, Target target, FocusTarget focus);
     [[nodiscard]] QCoro::Task<> waitForFreeKeys();

@@ -35,7 +35,7 @@ struct Platform {
     Keyboard& keyboard;
     Pasteboard& pasteboard;
     AccessibilityClient& accessibility;
-    FocusedElementReader& focusedElements;
+    FocusedElementMonitor& focusedElements;
     Workspace& workspace;
     AudioInput& audioInput;
     AudioConverters& audioConverters;

@@ -1,7 +1,11 @@
 #pragma once
 
+#include "base/registration.h"
+
 #include <QString>
 
+#include <functional>
+#include <memory>
 #include <optional>
 
 namespace corvandi {
@@ -28,6 +32,15 @@ public:
     /// The element that has the keyboard focus in the active window; nothing when it can't be told (no
     /// permission, an application that exposes nothing, one that hangs).
     [[nodiscard]] virtual std::optional<FocusedElement> focusedElement() = 0;
+};
+
+/// Follows the focus, so that its answers are what the applications have announced so far.
+class FocusedElementMonitor : public FocusedElementReader {
+public:
+    /// Asks the active application which of its elements has the focus. `done` runs once, later, on the
+    /// main thread, when its word is in the answer; also when it gave none, which may take as long as it
+    /// hangs. The monitor outlives the registration.
+    [[nodiscard]] virtual std::unique_ptr<Registration> refresh(std::function<void()> done) = 0;
 };
 
 } // namespace corvandi

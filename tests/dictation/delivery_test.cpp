@@ -5,7 +5,7 @@ namespace {
 
 class DeliveryTest : public DictationFixture {
 protected:
-    void focusNothingKnown() { accessibility.element.reset(); }
+    void focusNothingKnown() { focus.element.reset(); }
     [[nodiscard]] bool isOnTheClipboard(const QString& text) const
     {
         return pasteboard.text() == text && pasteboard.isConcealed();
@@ -44,6 +44,54 @@ TEST_F(DeliveryTest, NothingRecognisedBecauseTheRecognitionBrokeIsSaidDifferentl
     EXPECT_TRUE(nothingWasDelivered());
 }
 
+TEST_F(DeliveryTest, TheTextWaitsUntilTheApplicationHasSaidWhereTheFocusIs)
+{
+    focus.refreshesAreHeld = true;
+    dictate(words);
+    queue.advance(49ms);
+    EXPECT_TRUE(shows(HUDState::processing, "Transcribing"));
+    EXPECT_TRUE(nothingWasDelivered());
+    focus.endRefreshes();
+    queue.drain();
+    EXPECT_EQ(keyboard.typed(), words);
+}
+
+TEST_F(DeliveryTest, AMoveIntoAPasswordFieldThatIsHeardOfOnlyThenCounts)
+{
+    focus.refreshesAreHeld = true;
+    dictate(words);
+    focus.focusPasswordField();
+    focus.endRefreshes();
+    queue.drain();
+    EXPECT_TRUE(shows(HUDState::notice, "Dictation isn't available in password fields."));
+    EXPECT_TRUE(nothingWasDelivered());
+}
+
+TEST_F(DeliveryTest, AnApplicationThatDoesNotSayWhereTheFocusIsIsTakenAtItsLastWordAfter50Ms)
+{
+    focus.refreshesAreHeld = true;
+    dictate(words);
+    queue.advance(50ms);
+    EXPECT_EQ(keyboard.typed(), words);
+}
+
+TEST_F(DeliveryTest, WithoutATextNobodyIsAskedForTheFocus)
+{
+    dictate(QStringLiteral("   "));
+    EXPECT_EQ(focus.refreshes, 0);
+}
+
+TEST_F(DeliveryTest, APressWhileTheFocusIsAskedForLeavesTheTextOnItsWay)
+{
+    focus.refreshesAreHeld = true;
+    dictate(words);
+    press();
+    focus.endRefreshes();
+    queue.drain();
+    EXPECT_EQ(face().state(), HUDState::recording);
+    EXPECT_EQ(keyboard.typed(), words);
+}
+
 TEST_F(DeliveryTest, APartialTranscriptIsCopiedAndNeverInserted)
 {
     dictateAndFail(words);
@@ -63,7 +111,7 @@ TEST_F(DeliveryTest, APartialTranscriptThatCannotBeCopiedIsOnlySaidToBeIncomplet
 TEST_F(DeliveryTest, APasswordFieldAtDeliveryGetsNothingAndNothingIsCopied)
 {
     hold();
-    accessibility.focusPasswordField();
+    focus.focusPasswordField();
     recognise(words);
     EXPECT_TRUE(nothingWasDelivered());
     EXPECT_TRUE(shows(HUDState::notice, "Dictation isn't available in password fields."));

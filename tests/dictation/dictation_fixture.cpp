@@ -4,7 +4,7 @@ namespace corvandi::testing {
 
 DictationFixture::DictationFixture()
 {
-    accessibility.focusTextField();
+    focus.focusTextField();
     // The recognition stays open until a test ends it.
     engine.finalizingEndsResults = false;
     const Platform platform{
@@ -17,7 +17,7 @@ DictationFixture::DictationFixture()
         .keyboard = keyboard,
         .pasteboard = pasteboard,
         .accessibility = accessibility,
-        .focusedElements = accessibility,
+        .focusedElements = focus,
         .workspace = workspace,
         .audioInput = input,
         .audioConverters = converters,
@@ -40,6 +40,7 @@ DictationFixture::~DictationFixture()
         step->release();
     keyboard.freeKeys();
     model.endLooks();
+    focus.endRefreshes();
     queue.drain();
     engine.endAllResults();
     queue.advance(10s);

@@ -7,6 +7,7 @@
 #include "support/fake_audio_input.h"
 #include "support/fake_event_tap.h"
 #include "support/fake_files.h"
+#include "support/fake_focus.h"
 #include "support/fake_hud_panel.h"
 #include "support/fake_keyboard.h"
 #include "support/fake_language_model.h"
@@ -59,6 +60,7 @@ protected:
     FakeKeyboard keyboard;
     FakePasteboard pasteboard;
     FakeAccessibility accessibility;
+    FakeFocus focus{queue};
     FakeWorkspace workspace;
     FakeAudioInput input;
     FakeAudioConverters converters;

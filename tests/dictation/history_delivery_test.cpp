@@ -90,7 +90,7 @@ TEST_F(HistoryDeliveryTest, ATimeOutKeepsNothing)
 TEST_F(HistoryDeliveryTest, ATextForAPasswordFieldIsNotKept)
 {
     hold();
-    accessibility.focusPasswordField();
+    focus.focusPasswordField();
     recognise(words);
     EXPECT_TRUE(kept().empty());
 }

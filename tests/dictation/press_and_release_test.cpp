@@ -136,7 +136,7 @@ TEST_F(DictationControllerTest, AnUndeterminedMicrophonePermissionMayProceed)
 
 TEST_F(DictationControllerTest, APasswordFieldRefusesThePress)
 {
-    accessibility.focusPasswordField();
+    focus.focusPasswordField();
     press();
     EXPECT_FALSE(controller->isDictating());
     EXPECT_TRUE(shows(HUDState::notice, "Dictation isn't available in password fields."));
@@ -146,7 +146,7 @@ TEST_F(DictationControllerTest, APasswordFieldRefusesThePress)
 TEST_F(DictationControllerTest, TheMicrophoneIsAskedBeforeTheFocus)
 {
     microphone.present = AuthorizationStatus::denied;
-    accessibility.focusPasswordField();
+    focus.focusPasswordField();
     press();
     EXPECT_EQ(face().state(), HUDState::error);
 }

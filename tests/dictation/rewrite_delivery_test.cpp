@@ -197,7 +197,7 @@ TEST_F(RewriteDeliveryTest, APartialTranscriptKeepsThePunctuationThatARewriteWou
 TEST_F(RewriteDeliveryTest, NothingIsSentFromAPasswordField)
 {
     hold();
-    accessibility.focusPasswordField();
+    focus.focusPasswordField();
     recognise(words);
     EXPECT_TRUE(model.prompts.empty());
     EXPECT_TRUE(controller->store().history().empty());

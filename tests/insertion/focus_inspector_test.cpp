@@ -1,6 +1,7 @@
 #include "insertion/focus_inspector.h"
 
-#include "support/fake_accessibility.h"
+#include "support/fake_focus.h"
+#include "support/virtual_queue.h"
 
 #include <gtest/gtest.h>
 
@@ -9,14 +10,15 @@ namespace {
 
 FocusTarget classify(const std::optional<FocusedElement>& element)
 {
-    FakeAccessibility accessibility;
-    accessibility.element = element;
-    return FocusInspector(accessibility).currentTarget();
+    VirtualQueue queue;
+    FakeFocus focus(queue);
+    focus.element = element;
+    return FocusInspector(focus).currentTarget();
 }
 
 FocusedElement element(const char* role, const char* subrole = nullptr)
 {
-    FocusedElement result = FakeAccessibility::withRole(QString::fromLatin1(role));
+    FocusedElement result = FakeFocus::withRole(QString::fromLatin1(role));
     if (subrole)
         result.subrole = QString::fromLatin1(subrole);
     return result;

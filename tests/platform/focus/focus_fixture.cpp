@@ -71,7 +71,7 @@ bool UnaskedFocus::becomes(const TargetApplication& application, FocusTarget tar
 }
 
 DesktopFocus::DesktopFocus(SystemLog& log)
-    : focus_([this] { return activeProcess(); }, log)
+    : focus_([this] { return activeProcess(); }, queue_, log)
 {
 }
 
@@ -79,6 +79,13 @@ std::optional<pid_t> DesktopFocus::activeProcess() const
 {
     const auto window = activeWindow_.read();
     return window ? window->process : std::nullopt;
+}
+
+bool DesktopFocus::isRefreshed()
+{
+    bool isDone = false;
+    const auto refresh = focus_.refresh([&isDone] { isDone = true; });
+    return waitUntil([&isDone] { return isDone; });
 }
 
 std::unique_ptr<TargetApplication> FocusTest::startQtFields(const QString& title,

@@ -2,6 +2,7 @@
 
 #include "insertion/focus_inspector.h"
 #include "platform/focus/target_application.h"
+#include "platform/linux/event_loop/qt_main_queue.h"
 #include "platform/linux/focus/at_spi_focus.h"
 #include "platform/linux/focus/focus_cache.h"
 #include "platform/linux/workspace/front_window.h"
@@ -26,8 +27,12 @@ public:
 
     [[nodiscard]] std::optional<FocusedElement> focusedElement() override { return focus_.focusedElement(); }
     [[nodiscard]] std::optional<pid_t> activeProcess() const;
+    /// Waits for one refresh.
+    [[nodiscard]] bool isRefreshed();
+    [[nodiscard]] AtSpiFocus& monitor() { return focus_; }
 
 private:
+    QtMainQueue queue_;
     XcbConnection x_;
     FrontWindowReader activeWindow_{x_};
     AtSpiFocus focus_;

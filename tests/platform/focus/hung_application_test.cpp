@@ -16,7 +16,8 @@ protected:
     /// the display server is not what is measured.
     milliseconds longestRead(pid_t process, milliseconds time)
     {
-        AtSpiFocus focus([process] { return process; }, log);
+        QtMainQueue queue;
+        AtSpiFocus focus([process] { return process; }, queue, log);
         qint64 longest = 0;
         QTimer tick;
         QObject::connect(&tick, &QTimer::timeout, &tick, [&] {
@@ -92,12 +93,51 @@ TEST_F(HungApplicationTest, AnApplicationThatHangsBeforeItGetsTheFocusKeepsTheEl
 
 TEST_F(HungApplicationTest, AnApplicationThatIsAlmostTooBusyToAnswerIsFollowed)
 {
-    const auto busy = startQtFields(QStringLiteral("busy"), BusReader::answerLimit * 3 / 4);
+    const auto busy = startQtFields(QStringLiteral("busy"), BusReader::answerLimit / 2);
     EXPECT_TRUE(becomes(FocusTarget::editable));
     pressKey(QStringLiteral("Tab"));
     ASSERT_TRUE(busy->hasFocusOn(QStringLiteral("password")));
     EXPECT_TRUE(becomes(FocusTarget::secure));
     EXPECT_LT(longestRead(busy->process(), seconds(1)), withoutWaiting);
+}
+
+TEST_F(HungApplicationTest, ARefreshWaitsForTheWordOfABusyApplication)
+{
+    const auto busy = startQtFields(QStringLiteral("busy"), BusReader::answerLimit / 4);
+    ASSERT_TRUE(becomes(FocusTarget::editable));
+    for (int i = 0; i < 10; ++i) {
+        pressKey(QStringLiteral("Tab"));
+        ASSERT_TRUE(busy->hasFocusOn(QStringLiteral("password")));
+        ASSERT_TRUE(desktop.isRefreshed());
+        EXPECT_EQ(inspector.currentTarget(), FocusTarget::secure);
+        pressKey(QStringLiteral("shift+Tab"));
+        ASSERT_TRUE(busy->hasFocusOn(QStringLiteral("line")));
+        ASSERT_TRUE(desktop.isRefreshed());
+        EXPECT_EQ(inspector.currentTarget(), FocusTarget::editable);
+    }
+}
+
+TEST_F(HungApplicationTest, ARefreshEndsAlthoughTheApplicationHangs)
+{
+    const auto hung = startQtFields(QStringLiteral("hung"));
+    ASSERT_TRUE(becomes(FocusTarget::editable));
+    hung->stop();
+    EXPECT_TRUE(desktop.isRefreshed());
+    EXPECT_EQ(inspector.currentTarget(), FocusTarget::editable) << "its last word";
+    hung->resume();
+}
+
+TEST_F(HungApplicationTest, WhoHasGivenUpARefreshIsToldNothing)
+{
+    const auto hung = startQtFields(QStringLiteral("hung"));
+    ASSERT_TRUE(becomes(FocusTarget::editable));
+    hung->stop();
+    bool isTold = false;
+    auto givenUp = desktop.monitor().refresh([&isTold] { isTold = true; });
+    givenUp.reset();
+    EXPECT_TRUE(desktop.isRefreshed()) << "the one after it";
+    EXPECT_FALSE(isTold);
+    hung->resume();
 }
 
 TEST_F(HungApplicationTest, ManyApplicationsAreFollowedAtOnce)

@@ -36,6 +36,12 @@ TEST_F(WindowTest, AnApplicationThatExposesNothingIsUnknownAlthoughAnotherOneHas
     EXPECT_EQ(desktop.focusedElement(), std::nullopt);
 }
 
+TEST_F(WindowTest, ARefreshEndsWhereNoWindowIsActive)
+{
+    ASSERT_EQ(desktop.activeProcess(), std::nullopt);
+    EXPECT_TRUE(desktop.isRefreshed());
+}
+
 TEST_F(WindowTest, AnApplicationKilledWhileItHasTheFocusIsForgotten)
 {
     const auto text = startQtFields(QStringLiteral("text"));

@@ -17,5 +17,11 @@ TEST_F(WithoutBusTest, EverythingIsUnknownAndTheLogSaysSoOnce)
     EXPECT_EQ(log.lines().size(), 1U);
 }
 
+TEST_F(WithoutBusTest, ARefreshEndsAllTheSame)
+{
+    const auto text = startQtFields(QStringLiteral("text"));
+    EXPECT_TRUE(desktop.isRefreshed());
+}
+
 } // namespace
 } // namespace corvandi::testing

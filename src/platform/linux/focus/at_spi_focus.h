@@ -1,11 +1,13 @@
 #pragma once
 
+#include "base/main_queue.h"
 #include "base/system_log.h"
 #include "platform/linux/focus/focus_cache.h"
 
 #include <QThread>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace corvandi {
@@ -27,20 +29,21 @@ class FocusWorker;
 /// before them stays the answer. Pages of Chromium are unknown unless it was told to expose them.
 ///
 /// After the focus has moved, an answer may be the one before for as long as the application needs to
-/// announce it: 2 to 20 milliseconds, in GTK 3 and Chromium up to 50, all on a busy machine.
+/// announce it: 2 to 20 milliseconds, in GTK 3 and Chromium up to 50, all on a busy machine. A refresh
+/// shortens that to the time until the application has processed the key or click itself.
 ///
 /// The bus missing, slow, hung or dying ends nothing: the log gets one line, and the connection is made
 /// again when the bus is back. While nothing changes, nothing runs.
 ///
 /// Thread: main thread only. The event loop need not run.
-class AtSpiFocus : public FocusedElementReader {
+class AtSpiFocus : public FocusedElementMonitor {
 public:
     /// The process of the active window; called on the main thread, each time that the focus is asked
     /// for. Nothing if there is no active window or its process is unknown.
     using ActiveProcess = std::function<std::optional<pid_t>()>;
 
-    /// `log` must outlive it, and be written to from any thread.
-    AtSpiFocus(ActiveProcess activeProcess, SystemLog& log);
+    /// `queue` and `log` must outlive it; `log` is written to from any thread.
+    AtSpiFocus(ActiveProcess activeProcess, MainQueue& queue, SystemLog& log);
     /// Waits for the worker, which may be waiting for an application: 100 milliseconds at the most.
     ~AtSpiFocus() override;
 
@@ -50,9 +53,13 @@ public:
     /// The focused element of the active window. Looking it up takes some microseconds; finding the
     /// process of the active window adds what `activeProcess` needs.
     [[nodiscard]] std::optional<FocusedElement> focusedElement() override;
+    /// Takes what the application needs to answer, on an idle machine less than a millisecond; one that
+    /// hangs is given 100 milliseconds, one that has been silent before none.
+    [[nodiscard]] std::unique_ptr<Registration> refresh(std::function<void()> done) override;
 
 private:
     ActiveProcess activeProcess_;
+    MainQueue& queue_;
     FocusCache cache_;
     QThread thread_;
     /// Lives on the thread, which destroys it when it ends.

@@ -47,7 +47,20 @@ void FocusWorker::request(pid_t process)
 
 void FocusWorker::serveRequest()
 {
-    const pid_t process = requested_.exchange(0);
+    inspect(requested_.exchange(0));
+}
+
+void FocusWorker::refresh(pid_t process, std::function<void()> done)
+{
+    const auto serve = [this, process, done = std::move(done)] {
+        inspect(process);
+        done();
+    };
+    QMetaObject::invokeMethod(this, serve, Qt::QueuedConnection);
+}
+
+void FocusWorker::inspect(pid_t process)
+{
     if (tracker_)
         tracker_->inspectProcess(process);
     else if (nextLook_.hasExpired())

@@ -6,6 +6,7 @@
 #include "platform/linux/focus/focus_tracker.h"
 
 #include <atomic>
+#include <functional>
 #include <memory>
 
 namespace corvandi {
@@ -35,12 +36,16 @@ public:
     /// Somebody has just read what is known about that process: brings it up to date for the next time.
     /// Returns at once; requests that come faster than they can be served become one. Thread: any.
     void request(pid_t process);
+    /// Brings what is known about that process up to date, then runs `done` on the worker's thread; never
+    /// if the worker ends before. Thread: any.
+    void refresh(pid_t process, std::function<void()> done);
 
 private Q_SLOTS:
     void busLost();
 
 private:
     void serveRequest();
+    void inspect(pid_t process);
     void look();
     void greet(const QString& address);
     void connectTo(const QString& address);
