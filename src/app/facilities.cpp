@@ -52,9 +52,11 @@ Facilities::Facilities(SystemLog& theLog)
     : log(theLog)
     , storeQueue(QStringLiteral("io.corvandi.Corvandi.store"))
     , appearance(QDBusConnection::sessionBus(), log)
-    , accessibility(
-          log,
-          [this](const AtSpiAccessibilityClient::Answer& answer) { askForAccessibility(questions, answer); })
+    , accessibility(log, {.ask =
+                              [this](const AtSpiAccessibilityClient::Answer& answer) {
+                                  askForAccessibility(questions, answer);
+                              },
+                          .remind = [this] { questions.bringToFront(); }})
     , systemSettings(DesktopSystemSettings::desktopsFromEnvironment(),
                      [this](const QString& text) {
                          notices.tell({text, {}});

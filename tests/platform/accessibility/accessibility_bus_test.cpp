@@ -23,7 +23,7 @@ protected:
     RecordingLog log;
     Person person;
     PrivateBus bus;
-    AtSpiAccessibilityClient client{log, person.asker(), bus.connection()};
+    AtSpiAccessibilityClient client{log, person.way(), bus.connection()};
 };
 
 } // namespace

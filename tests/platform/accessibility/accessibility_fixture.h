@@ -12,15 +12,18 @@ namespace corvandi::testing {
 /// A person who is asked, and answers when the test says so.
 class Person {
 public:
-    [[nodiscard]] AtSpiAccessibilityClient::AskPerson asker()
+    [[nodiscard]] AtSpiAccessibilityClient::Person way()
     {
-        return [this](AtSpiAccessibilityClient::Answer answer) {
-            ++timesAsked;
-            pending = std::move(answer);
-        };
+        return {.ask =
+                    [this](AtSpiAccessibilityClient::Answer answer) {
+                        ++timesAsked;
+                        pending = std::move(answer);
+                    },
+                .remind = [this] { ++timesReminded; }};
     }
 
     int timesAsked = 0;
+    int timesReminded = 0;
     AtSpiAccessibilityClient::Answer pending;
 };
 

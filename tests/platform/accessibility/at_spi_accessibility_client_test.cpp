@@ -61,7 +61,7 @@ protected:
     SwitchedOn switchedOn;
     RecordingLog log;
     Person person;
-    AtSpiAccessibilityClient client{log, person.asker()};
+    AtSpiAccessibilityClient client{log, person.way()};
 };
 
 } // namespace
@@ -108,9 +108,11 @@ TEST_F(AtSpiAccessibilityClientTest, APersonIsAskedOneQuestionAtATime)
     ASSERT_EQ(person.timesAsked, 1);
     (void)client.isProcessTrusted(TrustPrompt::askPerson);
     EXPECT_EQ(person.timesAsked, 1);
+    EXPECT_EQ(person.timesReminded, 1);
     person.pending(false);
     (void)client.isProcessTrusted(TrustPrompt::askPerson);
     EXPECT_EQ(person.timesAsked, 2);
+    EXPECT_EQ(person.timesReminded, 1);
 }
 
 TEST_F(AtSpiAccessibilityClientTest, NobodyIsAskedBeforeTheServiceHasSaidWhetherItIsOn)
@@ -136,7 +138,7 @@ TEST_F(AtSpiAccessibilityClientTest, AnAnswerThatComesTooLateDoesNothing)
     Person late;
     switchOff();
     {
-        AtSpiAccessibilityClient shortLived(log, late.asker());
+        AtSpiAccessibilityClient shortLived(log, late.way());
         (void)shortLived.isProcessTrusted(TrustPrompt::askPerson);
         ASSERT_TRUE(waitUntil([&] { return late.timesAsked == 1; }));
     }
@@ -154,7 +156,7 @@ TEST_F(AtSpiAccessibilityClientTest, AHungServiceHoldsNothingUp)
         for (int run = 0; run < 5; ++run) {
             QElapsedTimer clock;
             clock.start();
-            AtSpiAccessibilityClient fresh(log, person.asker());
+            AtSpiAccessibilityClient fresh(log, person.way());
             EXPECT_FALSE(fresh.isProcessTrusted(TrustPrompt::silent));
             least = std::min(least, std::chrono::nanoseconds(clock.nsecsElapsed()));
         }
@@ -174,7 +176,7 @@ TEST_F(AtSpiAccessibilityClientTest, WhatIsKnownStaysKnownWhileTheServiceIsHung)
 TEST_F(AtSpiAccessibilityClientTest, APersonIsAskedOnceAHungServiceHasBeenGivenUp)
 {
     const HungService hung;
-    AtSpiAccessibilityClient fresh(log, person.asker());
+    AtSpiAccessibilityClient fresh(log, person.way());
     (void)fresh.isProcessTrusted(TrustPrompt::askPerson);
     EXPECT_EQ(person.timesAsked, 0);
     EXPECT_TRUE(waitUntil([&] { return person.timesAsked == 1; }, 8s));

@@ -11,7 +11,7 @@ TEST(AtSpiAccessibilityClientWithoutABus, IsNotTrustedAndSaysWhyOnce)
     ASSERT_FALSE(QDBusConnection::sessionBus().isConnected());
     RecordingLog log;
     Person person;
-    AtSpiAccessibilityClient client(log, person.asker());
+    AtSpiAccessibilityClient client(log, person.way());
     for (int i = 0; i < 3; ++i) {
         EXPECT_FALSE(client.isProcessTrusted(TrustPrompt::silent));
         runFor(10ms);
@@ -24,7 +24,7 @@ TEST(AtSpiAccessibilityClientWithoutABus, AsksNobodyForWhatCannotBeGranted)
 {
     RecordingLog log;
     Person person;
-    AtSpiAccessibilityClient client(log, person.asker());
+    AtSpiAccessibilityClient client(log, person.way());
     EXPECT_FALSE(client.isProcessTrusted(TrustPrompt::askPerson));
     runFor(100ms);
     EXPECT_EQ(person.timesAsked, 0);

@@ -4,8 +4,8 @@
 
 namespace corvandi {
 
-AtSpiAccessibilityClient::AtSpiAccessibilityClient(SystemLog& log, AskPerson askPerson, QDBusConnection bus)
-    : askPerson_(std::move(askPerson))
+AtSpiAccessibilityClient::AtSpiAccessibilityClient(SystemLog& log, Person person, QDBusConnection bus)
+    : person_(std::move(person))
     , hasInputExtensions_(hasInputExtensions())
     , status_(std::move(bus), log)
     , toolkitSetting_(log)
@@ -48,9 +48,11 @@ bool AtSpiAccessibilityClient::isProcessTrusted(TrustPrompt prompting)
 
 void AtSpiAccessibilityClient::prompt()
 {
-    if (!hasInputExtensions_ || !status_.hasBus() || isAskingPerson_)
+    if (!hasInputExtensions_ || !status_.hasBus())
         return;
-    if (status_.isAsking())
+    if (isAskingPerson_)
+        person_.remind();
+    else if (status_.isAsking())
         promptWhenAnswered_ = true;
     else
         ask();
@@ -59,7 +61,7 @@ void AtSpiAccessibilityClient::prompt()
 void AtSpiAccessibilityClient::ask()
 {
     isAskingPerson_ = true;
-    askPerson_([this, alive = std::weak_ptr(alive_)](bool granted) {
+    person_.ask([this, alive = std::weak_ptr(alive_)](bool granted) {
         if (!alive.expired())
             onAnswer(granted);
     });

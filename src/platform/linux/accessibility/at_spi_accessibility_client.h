@@ -21,15 +21,21 @@ namespace corvandi {
 class AtSpiAccessibilityClient : public AccessibilityClient {
 public:
     using Answer = std::function<void(bool granted)>;
-    /// Asks the person whether accessibility may be switched on. Must return at once and call the
-    /// answer later; calling it more than once, or when the client has gone, does nothing.
-    using AskPerson = std::function<void(Answer)>;
+    /// The way to the person.
+    struct Person {
+        /// Asks whether accessibility may be switched on. Must return at once and call the answer later;
+        /// calling it more than once, or when the client has gone, does nothing.
+        std::function<void(Answer)> ask;
+        /// The question that is open is wanted again: it may be hidden behind something.
+        std::function<void()> remind;
+    };
 
-    AtSpiAccessibilityClient(SystemLog& log, AskPerson askPerson,
+    AtSpiAccessibilityClient(SystemLog& log, Person person,
                              QDBusConnection bus = QDBusConnection::sessionBus());
 
     /// With `askPerson`: asks at once when the service is known to be off or out of reach, after its
-    /// answer when that is still under way. One question at a time; none when granting could not help
+    /// answer when that is still under way. One question at a time, which the person is reminded of when
+    /// it is still open; none when granting could not help
     /// (no session bus, or an X server without the extensions). When granted, the service is switched
     /// on, and the desktop's own setting with it.
     [[nodiscard]] bool isProcessTrusted(TrustPrompt prompt) override;
@@ -45,7 +51,7 @@ private:
     void ask();
     void onAnswer(bool granted);
 
-    AskPerson askPerson_;
+    Person person_;
     bool hasInputExtensions_;
     AccessibilityStatus status_;
     ToolkitSetting toolkitSetting_;
