@@ -2,8 +2,8 @@
 // device of the running sound server.
 
 #include "base/error.h"
-#include "platform/linux/audio/pulse_audio_input.h"
-#include "platform/linux/event_loop/qt_main_queue.h"
+#include "system/audio/pulse_audio_input.h"
+#include "system/process/qt_main_queue.h"
 
 #include <QCoreApplication>
 #include <QTextStream>

@@ -3,10 +3,10 @@
 //
 //   desktop/desktop with comp=none -- sh -c 'zenity --entry & sleep 2; build/dev/bench/focus_read'
 
-#include "platform/linux/event_loop/qt_main_queue.h"
-#include "platform/linux/focus/at_spi_focus.h"
-#include "platform/linux/log/linux_system_log.h"
-#include "platform/linux/workspace/front_window.h"
+#include "session/x11/windows/window_reader.h"
+#include "system/accessibility/at_spi_focus.h"
+#include "system/log/linux_system_log.h"
+#include "system/process/qt_main_queue.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>

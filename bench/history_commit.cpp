@@ -6,11 +6,11 @@
 // Prints a table of milliseconds: the time that passed, and that for which the processor worked on it.
 // Exits with 1 when adding an entry takes more work than it may.
 
-#include "platform/linux/files/posix_file_system.h"
-#include "platform/linux/files/serial_work_queue.h"
-#include "platform/linux/log/linux_system_log.h"
-#include "storage/history.h"
-#include "storage/store.h"
+#include "core/data/history.h"
+#include "core/data/store.h"
+#include "system/files/posix_file_system.h"
+#include "system/files/serial_work_queue.h"
+#include "system/log/linux_system_log.h"
 
 #include <QTemporaryDir>
 

@@ -1,9 +1,10 @@
 // Measures what the HUD costs: frames per second and processor time while it records as somebody speaks,
 // while it processes, while a notice stands, and while it is hidden. Paints on the display it finds.
 
-#include "hud/hud_controller.h"
-#include "platform/linux/event_loop/qt_main_queue.h"
-#include "platform/linux/hud_panel/x11_hud_panel.h"
+#include "core/hud/hud_controller.h"
+#include "session/x11/panel/x11_hud_panel.h"
+#include "system/process/qt_main_queue.h"
+#include "views/hud/hud_view.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -41,12 +42,13 @@ public:
 };
 
 /// Lets the controller use a panel that the benchmark can watch.
-class WatchedPanels : public HUDPanels {
+class WatchedPanels : public HUDPanelFactory {
 public:
     [[nodiscard]] std::unique_ptr<HUDPanel> create(HUDModel& model) override
     {
-        auto panel = std::make_unique<X11HudPanel>(model);
-        frames = std::make_unique<FrameCounter>(panel->view());
+        auto view = std::make_unique<HUDView>(model);
+        frames = std::make_unique<FrameCounter>(*view);
+        auto panel = std::make_unique<X11HUDPanel>(std::move(view));
         return panel;
     }
     std::unique_ptr<FrameCounter> frames;

@@ -7,12 +7,12 @@
 // and what the tap adds to a round's 99th percentile (the median over the rounds, since on a busy machine
 // single rounds are the scheduler's). Exits with 1 when that is a millisecond or more.
 
-#include "base/system_log.h"
-#include "platform/linux/x11/watched_chord.h"
-#include "platform/linux/x11/x11_connection.h"
-#include "platform/linux/x11/x11_event_tap.h"
-#include "platform/linux/x11/xtest_keys.h"
-#include "platform/linux/xcb/xcb_ptr.h"
+#include "ports/system_log.h"
+#include "session/x11/keys/watched_chord.h"
+#include "session/x11/keys/x11_connection.h"
+#include "session/x11/keys/x11_event_tap.h"
+#include "session/x11/keys/x11_key_event_source.h"
+#include "session/x11/xcb_connection.h"
 
 #include <QCoreApplication>
 #include <QProcess>
@@ -55,7 +55,7 @@ int holdTap(QCoreApplication& application)
 {
     StandardErrorLog log;
     corvandi::WatchedChord watched;
-    corvandi::X11EventTaps taps(log, watched);
+    corvandi::X11EventTapFactory taps(log, watched);
     const auto tap = taps.create(corvandi::KeyChord{},
                                  [](const corvandi::KeyEvent&) { return corvandi::TapVerdict::pass; });
     if (!tap)

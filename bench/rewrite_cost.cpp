@@ -6,8 +6,8 @@
 //
 // Exits with 1 when a bound is not kept.
 
-#include "platform/linux/event_loop/qt_main_queue.h"
-#include "platform/linux/language_model/chat_server_model.h"
+#include "system/language_model/chat_server_model.h"
+#include "system/process/qt_main_queue.h"
 
 #include <QCoreApplication>
 #include <QDir>

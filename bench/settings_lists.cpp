@@ -8,15 +8,15 @@
 //
 // Exits with 1 when a turn, but for that one in a thousand, works for longer than it may.
 
-#include "panes/history_pane.h"
-#include "panes/vocabulary_pane.h"
-#include "platform/linux/files/posix_file_system.h"
-#include "platform/linux/files/serial_work_queue.h"
-#include "platform/linux/log/linux_system_log.h"
-#include "settings_ui/history_pane_view.h"
-#include "settings_ui/vocabulary_pane_view.h"
-#include "storage/history.h"
-#include "text/vocab_book.h"
+#include "core/data/history.h"
+#include "core/text/vocab_book.h"
+#include "shell/panes/history_pane.h"
+#include "shell/panes/vocabulary_pane.h"
+#include "system/files/posix_file_system.h"
+#include "system/files/serial_work_queue.h"
+#include "system/log/linux_system_log.h"
+#include "views/settings/history_pane_view.h"
+#include "views/settings/vocabulary_pane_view.h"
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
@@ -176,6 +176,7 @@ public:
     [[nodiscard]] std::vector<InstalledApplication> installedApplications() override { return {}; }
     [[nodiscard]] std::optional<QString> iconOf(const QString&) override { return std::nullopt; }
     [[nodiscard]] std::optional<QString> frontmostApplication() override { return std::nullopt; }
+    [[nodiscard]] std::optional<pid_t> frontmostProcess() override { return std::nullopt; }
     [[nodiscard]] std::optional<QString> ownIdentifier() const override { return std::nullopt; }
 };
 

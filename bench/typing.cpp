@@ -13,10 +13,10 @@
 // main thread was kept for longer than 10 ms in one of twenty turns (on a busy machine the scheduler keeps
 // it, too).
 
-#include "platform/linux/x11/modifier_masks.h"
-#include "platform/x11/x11_session.h"
-#include "typing_desk.h"
-#include "typing_text.h"
+#include "desktop/typing_desk.h"
+#include "desktop/typing_text.h"
+#include "session/x11/keys/watched_chord.h"
+#include "session/x11/keys/x11_session.h"
 
 #include "support/event_loop.h"
 

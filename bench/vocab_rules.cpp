@@ -2,9 +2,9 @@
 // words. About every second rule is for a word that the transcripts may contain, one word in a hundred is
 // such a word. Counts processor time, so that what else the machine does changes nothing.
 
-#include "text/plain_rules.h"
+#include "support/plain_rules.h"
 
-#include "text/vocab_replacer.h"
+#include "core/text/vocab_replacer.h"
 
 #include <QStringList>
 

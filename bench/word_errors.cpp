@@ -1,173 +1,138 @@
-#include "word_errors.h"
+// Prints for each human recording what the built-in speech engine makes of it, how many of its words are
+// wrong, and how long after the end of the sound the text was complete.
 
 #include "base/error.h"
+#include "engines/pocketsphinx/model_files.h"
+#include "engines/pocketsphinx/pocketsphinx_framework.h"
+#include "support/transcribing.h"
+#include "system/audio/speex_audio_converter.h"
+#include "system/process/qt_main_queue.h"
 
+#include <QCommandLineParser>
 #include <QCoreApplication>
-#include <QFile>
-#include <QRegularExpression>
+#include <QTextStream>
 
 #include <algorithm>
-#include <cstring>
-#include <numeric>
-#include <thread>
 
 namespace corvandi::bench {
 namespace {
 
-using Clock = std::chrono::steady_clock;
+constexpr AudioFormat engine{16000, 1, SampleFormat::int16};
+constexpr uint32_t framesPerBlock = 2048;
+constexpr auto gap = std::chrono::milliseconds(800);
 
-constexpr double sampleRate = 16000;
-/// A tap's block of 2048 frames at 48 kHz.
-constexpr size_t samplesPerPiece = 683;
-constexpr qsizetype waveHeaderSize = 44;
-
-AudioStream::Node makePiece(std::span<const int16_t> samples)
+AudioBuffer converted(AudioConverter& converter, const AudioBuffer& buffer, const AudioFormat& to)
 {
-    AudioStream::Node node;
-    node.emplace_back(AudioFormat{sampleRate, 1, SampleFormat::int16},
-                      std::vector<int16_t>(samples.begin(), samples.end()));
-    return node;
+    bool isGiven = false;
+    const double ratio = to.sampleRate / buffer.format().sampleRate;
+    const auto capacity = static_cast<uint32_t>(ratio * buffer.frameLength()) + 1024;
+    Conversion conversion = converter.convert(capacity, [&]() -> ConverterInput {
+        if (std::exchange(isGiven, true))
+            return {ConverterInputStatus::noDataNow, nullptr};
+        return {ConverterInputStatus::haveData, &buffer};
+    });
+    return std::move(conversion.output);
 }
 
-/// Writes all of `sound` and finishes the stream; says when that was.
-Clock::time_point feed(AudioStream& stream, std::span<const int16_t> sound, Pace pace)
+/// What is left of `sound` after a microphone of `format` has recorded it and the program has converted
+/// it back, block by block.
+Samples throughMicrophone(const Samples& sound, const AudioFormat& format)
 {
-    const Clock::time_point begin = Clock::now();
-    for (size_t at = 0; at < sound.size(); at += samplesPerPiece) {
-        const size_t count = std::min(samplesPerPiece, sound.size() - at);
-        const std::chrono::duration<double> spoken(static_cast<double>(at + count) / sampleRate);
-        if (pace == Pace::realTime)
-            std::this_thread::sleep_until(begin + std::chrono::duration_cast<Clock::duration>(spoken));
-        stream.yield(makePiece(sound.subspan(at, count)));
+    SpeexAudioConverterFactory converters;
+    const auto toMicrophone = converters.create(engine, format);
+    const auto fromMicrophone = converters.create(format, engine);
+    const AudioBuffer recorded = converted(*toMicrophone, AudioBuffer(engine, sound), format);
+    const auto all = recorded.floatSamples();
+    Samples result;
+    for (size_t at = 0; at < all.size(); at += framesPerBlock) {
+        const auto part = all.subspan(at, std::min<size_t>(framesPerBlock, all.size() - at));
+        const AudioBuffer block(format, std::vector<float>(part.begin(), part.end()));
+        const AudioBuffer piece = converted(*fromMicrophone, block, engine);
+        result.insert(result.end(), piece.int16Samples().begin(), piece.int16Samples().end());
     }
-    stream.finish();
-    return Clock::now();
+    return result;
 }
 
-struct Progress {
-    std::vector<QString> pieces;
-    bool hasStarted = false;
-    bool hasFinished = false;
-    std::exception_ptr failure;
+struct Options {
+    Pace pace;
+    AudioFormat microphone;
+    bool joined;
 };
 
-QCoro::Task<> collect(std::shared_ptr<SpeechTranscriber> transcriber, Progress& progress)
+Options optionsFrom(const QStringList& arguments)
 {
-    try {
-        while (true) {
-            std::optional<SpeechResult> result = co_await transcriber->nextResult();
-            if (!result)
-                break;
-            progress.pieces.push_back(result->text);
-        }
-    } catch (...) {
-        progress.failure = std::current_exception();
-    }
-    progress.hasFinished = true;
+    QCommandLineParser parser;
+    const QCommandLineOption fast(QStringLiteral("fast"), QStringLiteral("don't wait as a speaker would"));
+    const QCommandLineOption rate(QStringLiteral("microphone-rate"),
+                                  QStringLiteral("record at this rate first"), QStringLiteral("Hz"),
+                                  QStringLiteral("16000"));
+    const QCommandLineOption joined(QStringLiteral("joined"),
+                                    QStringLiteral("all recordings as one, with pauses"));
+    parser.addHelpOption();
+    parser.addOptions({fast, rate, joined});
+    parser.process(arguments);
+    return {parser.isSet(fast) ? Pace::asFastAsPossible : Pace::realTime,
+            {parser.value(rate).toDouble(), 1, SampleFormat::float32},
+            parser.isSet(joined)};
 }
 
-QCoro::Task<> begin(std::shared_ptr<SpeechAnalyzer> analyzer, std::shared_ptr<AudioStream> stream,
-                    Progress& progress)
+struct Item {
+    QString reference;
+    Samples sound;
+};
+
+std::vector<Item> itemsFor(const Options& options)
 {
-    try {
-        co_await analyzer->start(stream);
-    } catch (...) {
-        progress.failure = std::current_exception();
+    std::vector<Item> items;
+    for (const Recording& recording : humanRecordings())
+        items.push_back({recording.reference, throughMicrophone(recording.load(), options.microphone)});
+    if (!options.joined)
+        return items;
+    Item whole;
+    for (const Item& item : items) {
+        whole.reference += item.reference + QLatin1Char(' ');
+        whole.sound.insert(whole.sound.end(), item.sound.begin(), item.sound.end());
+        whole.sound.insert(whole.sound.end(), static_cast<size_t>(gap.count() * 16), int16_t{0});
     }
-    progress.hasStarted = true;
+    return {whole};
 }
 
-void runUntil(const bool& condition)
+void print(SpeechFramework& framework, const Options& options)
 {
-    while (!condition)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    QTextStream out(stdout);
+    qsizetype words = 0;
+    size_t errors = 0;
+    std::vector<double> waits;
+    for (const Item& item : itemsFor(options)) {
+        const Transcript transcript = transcribe(framework, item.sound, options.pace);
+        const QStringList reference = wordsOf(item.reference);
+        const size_t wrong = wordErrors(reference, wordsOf(transcript.text));
+        words += reference.size();
+        errors += wrong;
+        waits.push_back(transcript.wait.count());
+        out << qSetRealNumberPrecision(1) << Qt::fixed << static_cast<double>(item.sound.size()) / 16000
+            << " s  " << wrong << '/' << reference.size() << " wrong  " << transcript.wait.count() << " ms  "
+            << transcript.pieces.size() << " pieces  " << transcript.text << Qt::endl;
+    }
+    std::sort(waits.begin(), waits.end());
+    out << "total: " << 100.0 * static_cast<double>(errors) / static_cast<double>(words) << " % word errors ("
+        << errors << '/' << words << "), wait median " << waits[waits.size() / 2] << " ms, longest "
+        << waits.back() << " ms" << Qt::endl;
 }
 
 } // namespace
-
-Samples Recording::load() const
-{
-    QFile file(QStringLiteral(CORVANDI_RECORDINGS_FOLDER "/") + name);
-    if (!file.open(QIODevice::ReadOnly))
-        throw Error(QStringLiteral("no recordings: install the package pocketsphinx-testdata"));
-    QByteArray bytes = file.readAll();
-    if (bytes.startsWith("RIFF"))
-        bytes.remove(0, waveHeaderSize);
-    Samples samples(static_cast<size_t>(bytes.size()) / sizeof(int16_t));
-    std::memcpy(samples.data(), bytes.constData(), samples.size() * sizeof(int16_t));
-    return samples;
-}
-
-const std::vector<Recording>& humanRecordings()
-{
-    static const std::vector<Recording> recordings{
-        {QStringLiteral("librivox/sense_and_sensibility_01_austen_64kb-0870.wav"),
-         QStringLiteral("and mister john dashwood had then leisure to consider how much there might be "
-                        "prudently in his power to do for them")},
-        {QStringLiteral("librivox/sense_and_sensibility_01_austen_64kb-0880.wav"),
-         QStringLiteral("he was not an ill disposed young man")},
-        {QStringLiteral("librivox/sense_and_sensibility_01_austen_64kb-0890.wav"),
-         QStringLiteral("unless to be rather cold hearted and rather selfish is to be ill disposed")},
-        {QStringLiteral("librivox/sense_and_sensibility_01_austen_64kb-0920.wav"),
-         QStringLiteral("had he married a more amiable woman he might have been made still more "
-                        "respectable than he was")},
-        {QStringLiteral("librivox/sense_and_sensibility_01_austen_64kb-0930.wav"),
-         QStringLiteral("he might even have been made amiable himself")},
-        {QStringLiteral("cards/001.wav"), QStringLiteral("ten of clubs")},
-        {QStringLiteral("cards/002.wav"), QStringLiteral("four queen of clubs")},
-        {QStringLiteral("cards/003.wav"), QStringLiteral("seven of clubs")},
-        {QStringLiteral("cards/004.wav"), QStringLiteral("five five")},
-        {QStringLiteral("cards/005.wav"), QStringLiteral("eight of spades four of clubs seven of hearts")},
-        {QStringLiteral("goforward.raw"), QStringLiteral("go forward ten meters")},
-        {QStringLiteral("something.raw"), QStringLiteral("go somewhere and do something")},
-        {QStringLiteral("tidigits/dhd.2934z.raw"), QStringLiteral("two nine three four zero")},
-    };
-    return recordings;
-}
-
-QStringList wordsOf(const QString& text)
-{
-    static const QRegularExpression others(QStringLiteral("[^a-z0-9']+"));
-    return text.toLower().split(others, Qt::SkipEmptyParts);
-}
-
-size_t wordErrors(const QStringList& reference, const QStringList& recognised)
-{
-    const auto columns = static_cast<size_t>(recognised.size());
-    std::vector<size_t> above(columns + 1);
-    std::iota(above.begin(), above.end(), size_t{0});
-    for (const QString& word : reference) {
-        std::vector<size_t> row{above.front() + 1};
-        for (size_t column = 0; column < columns; ++column) {
-            const size_t changed = above[column] + (word == recognised[static_cast<int>(column)] ? 0 : 1);
-            row.push_back(std::min({changed, above[column + 1] + 1, row.back() + 1}));
-        }
-        above = std::move(row);
-    }
-    return above.back();
-}
-
-Transcript transcribe(SpeechFramework& framework, std::span<const int16_t> sound, Pace pace)
-{
-    const auto transcriber = framework.makeTranscriber(Locale(QStringLiteral("en-US")));
-    const auto analyzer = framework.makeAnalyzer(transcriber);
-    const auto stream = std::make_shared<AudioStream>();
-    Progress progress;
-    const auto starting = begin(analyzer, stream, progress);
-    runUntil(progress.hasStarted);
-    if (progress.failure)
-        std::rethrow_exception(progress.failure);
-
-    const auto collecting = collect(transcriber, progress);
-    Clock::time_point finished;
-    std::thread writer([&] { finished = feed(*stream, sound, pace); });
-    runUntil(progress.hasFinished);
-    const Clock::time_point done = Clock::now();
-    writer.join();
-    if (progress.failure)
-        std::rethrow_exception(progress.failure);
-    const QString text = QStringList(progress.pieces.begin(), progress.pieces.end()).join(QString());
-    return {std::move(progress.pieces), text, done - finished};
-}
-
 } // namespace corvandi::bench
+
+int main(int argc, char** argv)
+{
+    const QCoreApplication application(argc, argv);
+    try {
+        corvandi::QtMainQueue queue;
+        corvandi::PocketSphinxFramework framework(corvandi::installedModelFolder(), queue);
+        corvandi::bench::print(framework, corvandi::bench::optionsFrom(QCoreApplication::arguments()));
+    } catch (const std::exception& error) {
+        QTextStream(stderr) << corvandi::describe(error) << Qt::endl;
+        return 1;
+    }
+    return 0;
+}

@@ -4,8 +4,7 @@
 #include "expect.h"
 
 #include "base/error.h"
-#include "storage/history.h"
-#include "storage/history_file.h"
+#include "core/data/history.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -3,13 +3,12 @@
 
 #include "expect.h"
 
-#include "text/difficult_texts.h"
-#include "text/plain_rules.h"
+#include "core/text/difficult_texts.h"
+#include "support/plain_rules.h"
 
-#include "text/post_processor.h"
-#include "text/trimming.h"
-#include "text/valid_text.h"
-#include "text/vocab_replacer.h"
+#include "core/text/post_processor.h"
+#include "core/text/unicode.h"
+#include "core/text/vocab_replacer.h"
 
 #include <algorithm>
 #include <cstddef>

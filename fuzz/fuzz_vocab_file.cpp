@@ -3,7 +3,7 @@
 
 #include "expect.h"
 
-#include "text/vocab_book.h"
+#include "core/text/vocab_book.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -2,25 +2,24 @@
 
 #include "app/facilities.h"
 #include "app/settings_panes.h"
-#include "appearance/appearance_follower.h"
-#include "menu/menu_bar_icon.h"
-#include "menu/menu_content.h"
-#include "menu_view/menu_bar_pictures.h"
-#include "menu_view/template_icon.h"
-#include "panes/welcome.h"
-#include "permissions/permissions_model.h"
-#include "platform/linux/activation/bring_to_front.h"
-#include "platform/linux/activation/idle_activation_policy.h"
-#include "platform/linux/tray/tray_icon.h"
-#include "platform/linux/update/linux_update_source.h"
-#include "platform/linux/update/update_configuration.h"
-#include "settings_ui/managed_widget_windows.h"
-#include "settings_ui/welcome_view.h"
 #include "shell/app_delegate.h"
-#include "symbols/application_icon.h"
-#include "updates/feed_updater.h"
-#include "updates/updater_view_model.h"
-#include "updates_view/update_dialogs.h"
+#include "shell/menu/menu_bar_icon.h"
+#include "shell/menu/menu_content.h"
+#include "shell/panes/permission_rows.h"
+#include "shell/permissions/permissions_model.h"
+#include "shell/updates/feed_updater.h"
+#include "shell/updates/updater_view_model.h"
+#include "system/desktop/tray_icon.h"
+#include "system/process/idle_activation_policy.h"
+#include "system/updates/linux_update_source.h"
+#include "system/updates/update_configuration.h"
+#include "views/appearance/appearance_follower.h"
+#include "views/dialogs/update_dialogs.h"
+#include "views/menu/menu_bar_pictures.h"
+#include "views/menu/menu_view.h"
+#include "views/settings/managed_widget_windows.h"
+#include "views/settings/welcome_view.h"
+#include "views/symbols/application_icon.h"
 
 #include <QApplication>
 
@@ -30,8 +29,8 @@ namespace corvandi {
 
 /// In the order of creation; destroyed in the reverse one.
 struct Application::Objects {
-    explicit Objects(SystemLog& log)
-        : facilities(log)
+    Objects(SystemLog& log, const WindowSystem& windowSystem)
+        : facilities(log, windowSystem)
     {
     }
 
@@ -51,7 +50,7 @@ struct Application::Objects {
         {.settings = [this] { return makeSettings(); },
          .welcome =
              [this](ManagedWindows::Callback getStarted) { return makeWelcome(std::move(getStarted)); }},
-        bringToFront};
+        [this](const QWidget& window) { facilities.session->bringToFront(window); }};
     std::shared_ptr<AppDelegate> delegate = AppDelegate::create(
         {facilities.queue, facilities.userDefaults, permissions, navigator, activationPolicy, windows},
         [this] { return makeController(); });
@@ -64,10 +63,12 @@ struct Application::Objects {
     UpdaterViewModel updater{feedUpdater};
 
     MenuBarIcon menuBarIcon{programPicture, symbolPicture};
+    MenuView menu{[this] { return menuEntries(); }};
     TrayIcon trayIcon{
         templateIcon(menuBarIcon.image(), QStringLiteral("io.corvandi.Corvandi-symbolic")),
-        [this] { return menuEntries(); },
+        menu.menu(),
         facilities.queue,
+        facilities.session->windowTray(),
         facilities.log,
     };
 };
@@ -75,7 +76,7 @@ struct Application::Objects {
 std::shared_ptr<DictationController> Application::Objects::makeController()
 {
     auto controller = DictationController::create(settings, facilities.forDictation());
-    controller->onHotkeyActiveChange = [this] { trayIcon.refresh(); };
+    controller->onHotkeyActiveChange = [this] { menu.refresh(); };
     return controller;
 }
 
@@ -107,12 +108,12 @@ MenuEntries Application::Objects::menuEntries()
         .entries();
 }
 
-Application::Application(SystemLog& log)
+Application::Application(SystemLog& log, const WindowSystem& windowSystem)
 {
     QApplication::setWindowIcon(applicationIcon());
-    objects_ = std::make_unique<Objects>(log);
+    objects_ = std::make_unique<Objects>(log, windowSystem);
     Objects& objects = *objects_;
-    const auto refreshMenu = [&objects] { objects.trayIcon.refresh(); };
+    const auto refreshMenu = [&objects] { objects.menu.refresh(); };
     QObject::connect(&objects.settings, &Settings::hotkeyDescriptionChanged, &objects.updater, refreshMenu);
     QObject::connect(&objects.updater, &UpdaterViewModel::canCheckForUpdatesChanged, &objects.updater,
                      refreshMenu);

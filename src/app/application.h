@@ -1,6 +1,7 @@
 #pragma once
 
-#include "base/system_log.h"
+#include "ports/system_log.h"
+#include "session/session.h"
 
 #include <memory>
 
@@ -12,7 +13,7 @@ namespace corvandi {
 class Application {
 public:
     /// `log` outlives the program.
-    explicit Application(SystemLog& log);
+    Application(SystemLog& log, const WindowSystem& windowSystem);
     ~Application();
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;

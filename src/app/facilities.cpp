@@ -1,7 +1,9 @@
 #include "app/facilities.h"
 
-#include "platform/linux/audio/sandbox.h"
-#include "platform/linux/pocketsphinx/model_files.h"
+#include "engines/speech_engines.h"
+#include "views/hud/hud_view.h"
+
+#include "system/audio/pulse_capture_authorization.h"
 
 #include <QCoreApplication>
 #include <QStandardPaths>
@@ -20,19 +22,6 @@ QString storeDirectory()
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QLatin1String("/Corvandi");
 }
 
-PasteShortcut pasteShortcutOf(ApplicationKind kind)
-{
-    switch (kind) {
-    case ApplicationKind::terminal:
-        return PasteShortcut::controlShiftV;
-    case ApplicationKind::terminalWithoutPaste:
-        return PasteShortcut::none;
-    case ApplicationKind::ordinary:
-        break;
-    }
-    return PasteShortcut::controlV;
-}
-
 void askForAccessibility(UpdatePresenter& questions, const AtSpiAccessibilityClient::Answer& answer)
 {
     const UpdateQuestion question{
@@ -46,25 +35,32 @@ void askForAccessibility(UpdatePresenter& questions, const AtSpiAccessibilityCli
     questions.ask(question, [answer](UpdateAnswer given) { answer(given == UpdateAnswer::accept); });
 }
 
+std::unique_ptr<HUDContent> makeHUDContent(HUDModel& model)
+{
+    return std::make_unique<HUDView>(model);
+}
+
 } // namespace
 
-Facilities::Facilities(SystemLog& theLog)
+Facilities::Facilities(SystemLog& theLog, const WindowSystem& windowSystem)
     : log(theLog)
     , storeQueue(QStringLiteral("io.corvandi.Corvandi.store"))
+    , session(windowSystem.openSession({queue, log, makeHUDContent}))
     , appearance(QDBusConnection::sessionBus(), log)
-    , accessibility(log, {.ask =
-                              [this](const AtSpiAccessibilityClient::Answer& answer) {
-                                  askForAccessibility(questions, answer);
-                              },
-                          .remind = [this] { questions.bringToFront(); }})
+    , accessibility(log, session->canWatchAndPostKeys(),
+                    {.ask =
+                         [this](const AtSpiAccessibilityClient::Answer& answer) {
+                             askForAccessibility(questions, answer);
+                         },
+                     .remind = [this] { questions.bringToFront(); }})
     , systemSettings(DesktopSystemSettings::desktopsFromEnvironment(),
                      [this](const QString& text) {
                          notices.tell({text, {}});
                      })
-    , focus([this] { return workspace.frontmostProcess(); }, queue, log)
-    , keyboard(log, watchedChord, [this] { return pasteShortcutOf(workspace.frontmostKind()); })
+    , focus([this] { return session->workspace().frontmostProcess(); }, queue, log)
+    , eventTapFactory(session->eventTapFactory(), accessibility)
     , captureAuthorization(soundServer, queue, sandboxedApplicationId())
-    , speechFramework(installedModelFolder(), queue)
+    , speechFramework(makeSpeechFramework(queue))
 {
 }
 
@@ -76,18 +72,18 @@ Platform Facilities::forDictation()
         .log = log,
         .files = files,
         .storeQueue = storeQueue,
-        .eventTaps = eventTaps,
-        .keyboard = keyboard,
-        .pasteboard = pasteboard,
+        .eventTapFactory = eventTapFactory,
+        .keyboard = session->keyboard(),
+        .pasteboard = session->pasteboard(),
         .accessibility = accessibility,
         .focusedElements = focus,
-        .workspace = workspace,
+        .workspace = session->workspace(),
         .audioInput = audioInput,
-        .audioConverters = audioConverters,
+        .audioConverterFactory = audioConverterFactory,
         .captureAuthorization = captureAuthorization,
-        .speechFramework = speechFramework,
+        .speechFramework = *speechFramework,
         .languageModel = languageModel,
-        .hudPanels = hudPanels,
+        .hudPanelFactory = session->hudPanelFactory(),
         .locale = Locale::current(),
         .storeDirectory = storeDirectory(),
     };

@@ -1,13 +1,15 @@
 #include "app/application.h"
-#include "app/display_check.h"
-#include "platform/linux/instance/single_instance.h"
-#include "platform/linux/log/linux_system_log.h"
-#include "platform/linux/log/qt_messages.h"
-#include "platform/linux/termination/termination_signals.h"
+#include "app/refused_session.h"
+#include "session/session.h"
+#include "system/log/linux_system_log.h"
+#include "system/process/single_instance.h"
+#include "system/process/termination_signals.h"
 
 #include <QApplication>
 
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -22,11 +24,36 @@ void nameApplication()
     QApplication::setQuitOnLastWindowClosed(false);
 }
 
-int run(LinuxSystemLog& log, TerminationSignals& signals, int& argc, char** argv)
+/// The command line with the toolkit's platform added. Not by way of the environment, which the programs
+/// that are started from here would inherit.
+class Arguments {
+public:
+    Arguments(int argc, char** argv, const QString& toolkitPlatform)
+        : platform_(toolkitPlatform.toStdString())
+        , pointers_(argv, argv + argc)
+    {
+        pointers_.push_back(option_.data());
+        pointers_.push_back(platform_.data());
+        count_ = static_cast<int>(pointers_.size());
+        pointers_.push_back(nullptr);
+    }
+
+    [[nodiscard]] int& count() { return count_; }
+    [[nodiscard]] char** values() { return pointers_.data(); }
+
+private:
+    std::string option_ = "-platform";
+    std::string platform_;
+    std::vector<char*> pointers_;
+    int count_ = 0;
+};
+
+int run(LinuxSystemLog& log, TerminationSignals& signals, const WindowSystem& windowSystem,
+        Arguments arguments)
 {
     nameApplication();
     const std::unique_ptr<Registration> qtMessages = routeQtMessages(log);
-    const QApplication qtApplication(argc, argv);
+    const QApplication qtApplication(arguments.count(), arguments.values());
     signals.watch([] { QApplication::quit(); });
     std::optional<Application> application;
     // Told by the event loop, so not before there is an application.
@@ -38,8 +65,23 @@ int run(LinuxSystemLog& log, TerminationSignals& signals, int& argc, char** argv
         log.write(QStringLiteral("already running; this second instance ends"));
         return EXIT_SUCCESS;
     }
-    application.emplace(log);
+    application.emplace(log, windowSystem);
     application->start();
+    return QApplication::exec();
+}
+
+/// Where there is a desktop, it must not look as if the program had never been started.
+int runRefused(LinuxSystemLog& log, TerminationSignals& signals, const QString& words, Arguments arguments)
+{
+    nameApplication();
+    const std::unique_ptr<Registration> qtMessages = routeQtMessages(log);
+    const QApplication qtApplication(arguments.count(), arguments.values());
+    signals.watch([] { QApplication::quit(); });
+    const SingleInstance instance(log,
+                                  [&log] { log.write(QStringLiteral("already running; started again")); });
+    if (instance.role() == InstanceRole::second)
+        return EXIT_SUCCESS;
+    const RefusedSession refused(words, log);
     return QApplication::exec();
 }
 
@@ -50,10 +92,12 @@ int main(int argc, char** argv)
     // Before any thread exists: threads inherit the signal mask.
     TerminationSignals signals;
     LinuxSystemLog log;
-    if (!isDisplayReachable()) {
-        log.write(QStringLiteral("no graphical session: the X display \"%1\" can't be opened")
-                      .arg(qEnvironmentVariable("DISPLAY")));
+    const auto found = findWindowSystem(SessionEnvironment::current());
+    if (const auto* windowSystem = std::get_if<WindowSystem>(&found))
+        return run(log, signals, *windowSystem, Arguments(argc, argv, windowSystem->toolkitPlatform));
+    const auto& refusal = std::get<SessionRefusal>(found);
+    log.write(refusal.reason);
+    if (refusal.words.isEmpty())
         return EXIT_FAILURE;
-    }
-    return run(log, signals, argc, argv);
+    return runRefused(log, signals, refusal.words, Arguments(argc, argv, refusal.toolkitPlatform));
 }

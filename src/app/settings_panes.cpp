@@ -1,11 +1,11 @@
 #include "app/settings_panes.h"
 
-#include "settings_ui/app_chooser.h"
-#include "settings_ui/general_pane_view.h"
-#include "settings_ui/history_pane_view.h"
-#include "settings_ui/permissions_pane_view.h"
-#include "settings_ui/settings_view.h"
-#include "settings_ui/vocabulary_pane_view.h"
+#include "views/settings/app_chooser.h"
+#include "views/settings/general_pane_view.h"
+#include "views/settings/history_pane_view.h"
+#include "views/settings/permissions_pane_view.h"
+#include "views/settings/settings_view.h"
+#include "views/settings/vocabulary_pane_view.h"
 
 #include <QCoreApplication>
 
@@ -27,13 +27,13 @@ SettingsPanes::SettingsPanes(Facilities& facilities, Settings& settings, Permiss
                              DictationController& controller)
     : loginItem_(AutostartFolders::fromEnvironment(), QCoreApplication::applicationFilePath(),
                  facilities.files)
-    , keyCapture_(facilities.log)
-    , applications_(facilities.workspace.applications())
-    , catalog_(applications_, facilities.workspace, Locale::current())
+    , catalog_(facilities.session->applicationDirectory(), facilities.session->workspace(), Locale::current())
     , general_({settings, facilities.languageModel, loginItem_, facilities.systemSettings, facilities.log})
-    , recorder_(settings, keyCapture_, facilities.queue, [&controller] { controller.applyHotkey(); })
+    , recorder_(settings, facilities.session->keyCapture(), facilities.queue,
+                [&controller] { controller.applyHotkey(); })
     , vocabulary_(controller.store())
-    , history_(controller.store(), [&facilities](const QString& text) { copy(facilities.pasteboard, text); })
+    , history_(controller.store(),
+               [&facilities](const QString& text) { copy(facilities.session->pasteboard(), text); })
     , permissions_(permissions, facilities.systemSettings)
 {
 }

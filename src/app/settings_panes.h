@@ -1,17 +1,15 @@
 #pragma once
 
 #include "app/facilities.h"
-#include "dictation/dictation_controller.h"
-#include "panes/general_pane.h"
-#include "panes/history_pane.h"
-#include "panes/hotkey_recorder.h"
-#include "panes/permission_rows.h"
-#include "panes/settings_navigator.h"
-#include "panes/vocabulary_pane.h"
-#include "platform/linux/key_capture/x11_key_capture.h"
-#include "platform/linux/login_item/autostart_login_item.h"
-#include "platform/linux/workspace/x11_application_directory.h"
-#include "storage/app_catalog.h"
+#include "core/data/app_catalog.h"
+#include "core/dictation/dictation_controller.h"
+#include "shell/panes/general_pane.h"
+#include "shell/panes/history_pane.h"
+#include "shell/panes/hotkey_recorder.h"
+#include "shell/panes/permission_rows.h"
+#include "shell/panes/settings_navigator.h"
+#include "shell/panes/vocabulary_pane.h"
+#include "system/desktop/autostart_login_item.h"
 
 #include <QWidget>
 
@@ -32,8 +30,6 @@ public:
 
 private:
     AutostartLoginItem loginItem_;
-    X11KeyCapture keyCapture_;
-    X11ApplicationDirectory applications_;
     AppCatalog catalog_;
     GeneralPane general_;
     HotkeyRecorder recorder_;

@@ -4,7 +4,16 @@
 #include <functional>
 #include <memory>
 
+#pragma once
+
 namespace corvandi {
+
+/// Something that was registered somewhere. Destroying it takes the registration back; its callback
+/// never runs after that.
+class Registration {
+public:
+    virtual ~Registration() = default;
+};
 
 /// A repeating or one-shot timer. Destroying it cancels it; a callback never runs after that.
 class Timer {

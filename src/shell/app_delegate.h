@@ -1,12 +1,12 @@
 #pragma once
 
 #include "base/main_queue.h"
-#include "dictation/dictation_controller.h"
-#include "panes/settings_navigator.h"
-#include "permissions/permissions_model.h"
-#include "platform/activation_policy.h"
-#include "platform/user_defaults.h"
-#include "shell/managed_window.h"
+#include "core/dictation/dictation_controller.h"
+#include "ports/activation_policy.h"
+#include "ports/managed_windows.h"
+#include "ports/user_defaults.h"
+#include "shell/panes/settings_navigator.h"
+#include "shell/permissions/permissions_model.h"
 
 #include <functional>
 #include <memory>

@@ -1,4 +1,4 @@
-#include "base/one_shot.h"
+#include "base/awaitables.h"
 
 #include "base/error.h"
 

@@ -2,7 +2,7 @@
 
 #include "typing_fixture.h"
 
-#include "platform/linux/x11/keyboard_state.h"
+#include "session/x11/keys/keyboard_state.h"
 #include "support/event_loop.h"
 
 #include <array>

@@ -1,9 +1,9 @@
 #include "typing_desk.h"
 
-#include "platform/linux/x11/keyboard_state.h"
-#include "platform/linux/x11/modifier_masks.h"
-#include "platform/linux/x11/xkb_protocol.h"
-#include "platform/linux/xcb/xcb_ptr.h"
+#include "session/x11/keys/keyboard_state.h"
+#include "session/x11/keys/keymap_reader.h"
+#include "session/x11/keys/watched_chord.h"
+#include "session/x11/xcb_connection.h"
 #include "support/event_loop.h"
 
 #include <QDeadlineTimer>

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "core/insertion/text_injector.h"
 #include "harness/target_application.h"
-#include "insertion/text_injector.h"
-#include "platform/linux/event_loop/qt_main_queue.h"
-#include "platform/linux/pasteboard/x11_pasteboard.h"
-#include "platform/linux/x11/x11_keyboard.h"
-#include "platform/x11/test_keyboard.h"
+#include "session/x11/clipboard/x11_pasteboard.h"
+#include "session/x11/keys/test_keyboard.h"
+#include "session/x11/keys/x11_keyboard.h"
 #include "support/recording_log.h"
+#include "system/process/qt_main_queue.h"
 
 #include <QTemporaryDir>
 

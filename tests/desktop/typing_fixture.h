@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/linux/x11/modifier_masks.h"
-#include "platform/x11/x11_session.h"
+#include "session/x11/keys/watched_chord.h"
+#include "session/x11/keys/x11_session.h"
 #include "typing_desk.h"
 #include "typing_text.h"
 

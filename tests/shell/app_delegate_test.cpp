@@ -1,6 +1,6 @@
 #include "shell/app_delegate.h"
 
-#include "dictation/dictation_fixture.h"
+#include "core/dictation/dictation_fixture.h"
 #include "shell/fake_windows.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/activation_policy.h"
-#include "shell/managed_window.h"
+#include "ports/activation_policy.h"
+#include "ports/managed_windows.h"
 
 #include <vector>
 

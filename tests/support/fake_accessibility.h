@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/accessibility_client.h"
+#include "ports/accessibility_client.h"
 
 namespace corvandi::testing {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "appearance/appearance.h"
+#include "ports/appearance.h"
 
 #include <list>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/application_directory.h"
+#include "ports/application_directory.h"
 
 #include <map>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/audio_converter.h"
+#include "ports/audio_converter.h"
 
 #include <QString>
 
@@ -17,7 +17,7 @@ namespace corvandi::testing {
 
 /// Converters whose work can be followed: each output sample is the nearest one of the input's first
 /// channel, so that what marks a buffer survives its conversion.
-class FakeAudioConverters : public AudioConverters {
+class FakeAudioConverterFactory : public AudioConverterFactory {
 public:
     enum class Behaviour { passesThrough, failsWithError, givesNothing, runsOutOfMemory };
 
@@ -60,7 +60,7 @@ private:
 
     class Converter : public AudioConverter {
     public:
-        Converter(AudioFormat to, const FakeAudioConverters& made)
+        Converter(AudioFormat to, const FakeAudioConverterFactory& made)
             : to_(to)
             , behaviour_(made.behaviour)
             , hook_(made.whileConverting)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/audio_input.h"
+#include "ports/audio_input.h"
 #include "support/scripted_step.h"
 
 #include <QCoroTask>

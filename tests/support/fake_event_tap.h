@@ -1,13 +1,13 @@
 #pragma once
 
-#include "platform/event_tap.h"
+#include "ports/event_tap.h"
 
 #include <optional>
 
 namespace corvandi::testing {
 
 /// A keyboard whose events the test sends, and whose taps can be refused.
-class FakeEventTaps : public EventTaps {
+class FakeEventTapFactory : public EventTapFactory {
 public:
     bool refusesTaps = false;
     bool refusesNewChords = false;
@@ -43,7 +43,7 @@ public:
 private:
     class Tap : public EventTap {
     public:
-        explicit Tap(FakeEventTaps& owner)
+        explicit Tap(FakeEventTapFactory& owner)
             : owner_(owner)
         {
         }
@@ -68,7 +68,7 @@ private:
         }
 
     private:
-        FakeEventTaps& owner_;
+        FakeEventTapFactory& owner_;
     };
 
     EventTap::Callback callback_;

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "base/error.h"
-#include "platform/file_system.h"
-#include "platform/wall_clock.h"
-#include "platform/work_queue.h"
+#include "ports/file_system.h"
+#include "ports/wall_clock.h"
+#include "ports/work_queue.h"
 
 #include <deque>
 #include <map>

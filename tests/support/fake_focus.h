@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/main_queue.h"
-#include "platform/focused_element.h"
+#include "ports/focused_element.h"
 
 #include <utility>
 #include <vector>

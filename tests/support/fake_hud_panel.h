@@ -1,6 +1,6 @@
 #pragma once
 
-#include "hud/hud_panel.h"
+#include "ports/hud_panel.h"
 
 #include <string>
 #include <vector>
@@ -8,7 +8,7 @@
 namespace corvandi::testing {
 
 /// Makes panels that draw nothing and record what is asked of them. The records stay when a panel goes.
-class FakeHUDPanels : public HUDPanels {
+class FakeHUDPanelFactory : public HUDPanelFactory {
 public:
     struct Fade {
         double from;
@@ -37,7 +37,7 @@ public:
 private:
     class Panel : public HUDPanel {
     public:
-        explicit Panel(FakeHUDPanels& records)
+        explicit Panel(FakeHUDPanelFactory& records)
             : records_(records)
         {
         }
@@ -73,7 +73,7 @@ private:
         }
 
     private:
-        FakeHUDPanels& records_;
+        FakeHUDPanelFactory& records_;
     };
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/key_capture.h"
+#include "ports/key_capture.h"
 
 #include <map>
 #include <utility>

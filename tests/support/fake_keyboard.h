@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/keyboard.h"
+#include "ports/keyboard.h"
 
 #include <vector>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/main_queue.h"
-#include "platform/language_model.h"
+#include "ports/language_model.h"
 
 #include <utility>
 #include <vector>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/error.h"
-#include "platform/login_item.h"
+#include "ports/login_item.h"
 
 #include <optional>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/pasteboard.h"
+#include "ports/pasteboard.h"
 
 #include <map>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/capture_authorization.h"
-#include "platform/workspace.h"
+#include "ports/capture_authorization.h"
+#include "ports/workspace.h"
 
 #include <utility>
 
@@ -11,9 +11,11 @@ namespace corvandi::testing {
 class FakeWorkspace : public Workspace {
 public:
     std::optional<QString> frontmost = QStringLiteral("org.example.editor");
+    std::optional<pid_t> process;
     std::optional<QString> own = QStringLiteral("io.corvandi.Corvandi");
 
     [[nodiscard]] std::optional<QString> frontmostApplication() override { return frontmost; }
+    [[nodiscard]] std::optional<pid_t> frontmostProcess() override { return process; }
     [[nodiscard]] std::optional<QString> ownIdentifier() const override { return own; }
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/speech_framework.h"
+#include "ports/speech_framework.h"
 #include "support/scripted_step.h"
 
 #include <QString>

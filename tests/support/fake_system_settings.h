@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/system_settings.h"
+#include "ports/system_settings.h"
 
 #include <vector>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/user_defaults.h"
+#include "ports/user_defaults.h"
 
 #include <utility>
 #include <vector>

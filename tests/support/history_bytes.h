@@ -1,6 +1,6 @@
 #pragma once
 
-#include "storage/history.h"
+#include "core/data/history.h"
 
 #include <utility>
 

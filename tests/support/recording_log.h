@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/system_log.h"
+#include "ports/system_log.h"
 
 #include <mutex>
 #include <vector>

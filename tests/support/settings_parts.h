@@ -1,10 +1,9 @@
 #pragma once
 
-#include "panes/general_pane.h"
-#include "panes/hotkey_recorder.h"
-#include "panes/permission_rows.h"
-#include "panes/settings_navigator.h"
-#include "panes/welcome.h"
+#include "shell/panes/general_pane.h"
+#include "shell/panes/hotkey_recorder.h"
+#include "shell/panes/permission_rows.h"
+#include "shell/panes/settings_navigator.h"
 #include "support/fake_accessibility.h"
 #include "support/fake_key_capture.h"
 #include "support/fake_language_model.h"

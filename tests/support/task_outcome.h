@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/awaitables.h"
 #include "base/error.h"
-#include "base/one_shot.h"
 
 #include <QCoroTask>
 

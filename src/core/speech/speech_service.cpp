@@ -1,0 +1,227 @@
+#include "core/speech/speech_service.h"
+
+#include "base/error.h"
+#include "core/speech/speech_error.h"
+#include "core/speech/speech_input.h"
+#include "ports/audio_buffer.h"
+
+#include <cstdint>
+#include <exception>
+#include <utility>
+
+namespace corvandi {
+
+QCoro::Task<> TurnGate::enter()
+{
+    if (!std::exchange(occupied_, true))
+        co_return;
+    const OneShot<Done> turn;
+    waiting_.push_back(turn);
+    co_await turn;
+}
+
+void TurnGate::leave()
+{
+    if (waiting_.empty()) {
+        occupied_ = false;
+        return;
+    }
+    // The gate stays occupied: it passes from one to the next.
+    queue_.async([turn = waiting_.front()] { turn.complete(Done{}); });
+    waiting_.pop_front();
+}
+
+namespace {
+
+QCoro::Task<Transcript> collectResults(std::shared_ptr<SpeechTranscriber> transcriber, SystemLog& log)
+{
+    Transcript transcript;
+    try {
+        for (;;) {
+            const std::optional<SpeechResult> result = co_await transcriber->nextResult();
+            if (!result)
+                break;
+            if (result->isFinal)
+                transcript.text += result->text;
+        }
+    } catch (const std::exception& error) {
+        log.write(QStringLiteral("transcription stream error: ") + describe(error));
+        transcript.failed = true;
+    }
+    co_return transcript;
+}
+
+/// Returns whether the analyzer came to its end without an error.
+QCoro::Task<bool> finalize(std::shared_ptr<SpeechAnalyzer> analyzer, SystemLog& log)
+{
+    try {
+        co_await analyzer->finalizeAndFinishThroughEndOfInput();
+    } catch (const std::exception& error) {
+        log.write(QStringLiteral("transcription finalize error: ") + describe(error));
+        co_return false;
+    }
+    co_return true;
+}
+
+} // namespace
+
+/// What the service's tasks work on: it outlives a service that is destroyed while they are suspended.
+struct SpeechService::Core {
+    Core(SpeechFramework& theFramework, AudioConverterFactory& theConverters, MainQueue& queue,
+         SystemLog& theLog, Locale theLocale)
+        : framework(theFramework)
+        , converters(theConverters)
+        , log(theLog)
+        , locale(std::move(theLocale))
+        , input(queue, theLog)
+    {
+    }
+
+    static QCoro::Task<Locale> transcriptionLocale(std::shared_ptr<Core> core);
+    static QCoro::Task<> ensureModel(std::shared_ptr<Core> core);
+    static QCoro::Task<> start(std::shared_ptr<Core> core, AudioFormat inputFormat);
+    static QCoro::Task<Transcript> finish(std::shared_ptr<Core> core);
+
+    void requireCurrent(uint64_t dictation) const;
+    void abandon();
+
+    SpeechFramework& framework;
+    AudioConverterFactory& converters;
+    SystemLog& log;
+    const Locale locale;
+    SpeechInput input;
+    std::shared_ptr<SpeechAnalyzer> analyzer;
+    std::shared_ptr<SpeechTranscriber> transcriber;
+    std::optional<QCoro::Task<Transcript>> results;
+    /// Counts the starts and their ends, so that a start that was suspended can see that it is over.
+    uint64_t currentDictation = 0;
+};
+
+QCoro::Task<Locale> SpeechService::Core::transcriptionLocale(std::shared_ptr<Core> core)
+{
+    const std::vector<Locale> supported = co_await core->framework.supportedLocales();
+    const std::optional<Locale> resolved = resolveLocale(core->locale, supported);
+    if (!resolved)
+        throw SpeechError::localeUnsupported(core->locale.bcp47());
+    co_return *resolved;
+}
+
+QCoro::Task<> SpeechService::Core::ensureModel(std::shared_ptr<Core> core)
+{
+    const Locale locale = co_await transcriptionLocale(core);
+    const std::shared_ptr<SpeechTranscriber> transcriber = core->framework.makeTranscriber(locale);
+    const std::unique_ptr<AssetInstallationRequest> request =
+        co_await core->framework.assetInstallationRequest(transcriber);
+    if (request)
+        co_await request->downloadAndInstall();
+}
+
+void SpeechService::Core::requireCurrent(uint64_t dictation) const
+{
+    if (dictation != currentDictation)
+        throw Error(QStringLiteral("the dictation ended before its transcription had started"));
+}
+
+QCoro::Task<> SpeechService::Core::start(std::shared_ptr<Core> core, AudioFormat inputFormat)
+{
+    const uint64_t dictation = ++core->currentDictation;
+    const Locale locale = co_await transcriptionLocale(core);
+    core->requireCurrent(dictation);
+    core->abandon();
+    core->transcriber = core->framework.makeTranscriber(locale);
+    core->analyzer = core->framework.makeAnalyzer(core->transcriber);
+    const std::optional<AudioFormat> format =
+        co_await core->framework.bestAvailableAudioFormat(core->transcriber);
+    core->requireCurrent(dictation);
+    if (!format)
+        throw SpeechError::noAnalyzerFormat();
+    const std::shared_ptr<AudioConverter> converter = core->converters.create(inputFormat, *format);
+    if (!converter)
+        throw SpeechError::converterUnavailable();
+    const auto stream = std::make_shared<AudioStream>();
+    core->input.connect({*format, converter, stream});
+    core->results = collectResults(core->transcriber, core->log);
+    // Held here too: the task of an analyzer must not outlive it.
+    const std::shared_ptr<SpeechAnalyzer> analyzer = core->analyzer;
+    co_await analyzer->start(stream);
+    core->requireCurrent(dictation);
+    core->input.drain();
+}
+
+QCoro::Task<Transcript> SpeechService::Core::finish(std::shared_ptr<Core> core)
+{
+    ++core->currentDictation;
+    core->input.disconnect();
+    const std::shared_ptr<SpeechAnalyzer> analyzer = std::exchange(core->analyzer, nullptr);
+    std::optional<QCoro::Task<Transcript>> results = std::exchange(core->results, std::nullopt);
+    core->transcriber.reset();
+    core->input.discardPending();
+    Transcript transcript;
+    bool finalized = true;
+    if (analyzer)
+        finalized = co_await finalize(analyzer, core->log);
+    if (results)
+        transcript = co_await *results;
+    transcript.failed = transcript.failed || !finalized;
+    co_return transcript;
+}
+
+/// Brings a dictation that nobody has finished to its end, without waiting for it.
+void SpeechService::Core::abandon()
+{
+    input.disconnect();
+    results.reset();
+    transcriber.reset();
+    if (analyzer)
+        const QCoro::Task<bool> ending = finalize(std::exchange(analyzer, nullptr), log);
+}
+
+SpeechService::SpeechService(SpeechFramework& framework, AudioConverterFactory& converters, MainQueue& queue,
+                             SystemLog& log, Locale locale)
+    : core_(std::make_shared<Core>(framework, converters, queue, log, std::move(locale)))
+{
+}
+
+SpeechService::~SpeechService()
+{
+    ++core_->currentDictation;
+    core_->abandon();
+}
+
+std::optional<Locale> SpeechService::resolveLocale(const Locale& wanted, const std::vector<Locale>& supported)
+{
+    for (const Locale& locale : supported) {
+        if (locale.bcp47() == wanted.bcp47())
+            return locale;
+    }
+    const std::optional<QString> language = wanted.languageCode();
+    if (!language)
+        return std::nullopt;
+    for (const Locale& locale : supported) {
+        if (locale.languageCode() == language)
+            return locale;
+    }
+    return std::nullopt;
+}
+
+QCoro::Task<> SpeechService::ensureModel()
+{
+    return Core::ensureModel(core_);
+}
+
+QCoro::Task<> SpeechService::start(AudioFormat inputFormat)
+{
+    return Core::start(core_, inputFormat);
+}
+
+void SpeechService::feed(const AudioBuffer& buffer)
+{
+    core_->input.feed(buffer);
+}
+
+QCoro::Task<Transcript> SpeechService::finish()
+{
+    return Core::finish(core_);
+}
+
+} // namespace corvandi

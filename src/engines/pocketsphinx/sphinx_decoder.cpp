@@ -1,0 +1,130 @@
+#include "engines/pocketsphinx/sphinx_decoder.h"
+
+#include "base/error.h"
+#include "engines/pocketsphinx/pocketsphinx_compat.h"
+
+#include <QFile>
+
+#include <csetjmp>
+
+namespace corvandi {
+namespace {
+
+/// Set on a thread while it is in the library: where to go when the library gives up.
+thread_local std::jmp_buf* wayOut = nullptr;
+
+/// The library tells of a fatal error through this and then calls exit().
+extern "C" void libraryReported(void*, err_lvl_t level, const char*, ...)
+{
+    if (level == ERR_FATAL && wayOut != nullptr)
+        std::longjmp(*wayOut, 1); // NOLINT: only C functions lie in between
+}
+
+/// Calls into the library and throws where it would have ended the program. `call` must not hold
+/// anything that has a destructor.
+template<class Call>
+void callLibrary(const Call& call)
+{
+    std::jmp_buf target;
+    if (setjmp(target) != 0) { // NOLINT: see above
+        wayOut = nullptr;
+        sphinx::setAllocationFailureTarget(nullptr);
+        throw Error(QStringLiteral("The speech engine failed."));
+    }
+    wayOut = &target;
+    sphinx::setAllocationFailureTarget(&target);
+    call();
+    sphinx::setAllocationFailureTarget(nullptr);
+    wayOut = nullptr;
+}
+
+/// Chosen by measuring word errors on human recordings; the second search pass costs more time after
+/// the end of speech than it is worth, and noise removal costs words.
+sphinx::Config makeConfig(const ModelFiles& files)
+{
+    sphinx::Config config = sphinx::makeConfig();
+    sphinx::setText(config, "hmm", QFile::encodeName(files.acousticModel).constData());
+    sphinx::setText(config, "dict", QFile::encodeName(files.dictionary).constData());
+    sphinx::setText(config, "lm", QFile::encodeName(files.languageModel).constData());
+    sphinx::switchOff(config, "fwdflat");
+    sphinx::switchOff(config, "remove_noise");
+    sphinx::setInteger(config, "topn", 3);
+    // Bounds the work on the few moments in which everything seems possible, such as the end of speech.
+    sphinx::setInteger(config, "maxhmmpf", 10000);
+    return config;
+}
+
+} // namespace
+
+struct SphinxDecoder::State {
+    sphinx::Decoder decoder;
+
+    /// After a failure the library's own state is not fit to be freed.
+    template<class Call>
+    void run(const Call& call)
+    {
+        if (!decoder)
+            throw Error(QStringLiteral("The speech engine has failed before."));
+        try {
+            callLibrary(call);
+        } catch (...) {
+            (void)decoder.release();
+            throw;
+        }
+    }
+};
+
+SphinxDecoder::SphinxDecoder(const ModelFiles& files)
+    : state_(std::make_unique<State>())
+{
+    err_set_logfp(nullptr);
+    err_set_callback(&libraryReported, nullptr);
+    const sphinx::Config config = makeConfig(files);
+    ps_decoder_t* decoder = nullptr;
+    callLibrary([&decoder, &config] { decoder = ps_init(config.get()); });
+    if (decoder == nullptr)
+        throw Error(QStringLiteral("The speech engine can't use its model."));
+    state_->decoder.reset(decoder);
+}
+
+SphinxDecoder::~SphinxDecoder() = default;
+
+void SphinxDecoder::beginStream()
+{
+    ps_decoder_t* decoder = state_->decoder.get();
+    state_->run([decoder] { ps_start_stream(decoder); });
+}
+
+void SphinxDecoder::beginUtterance()
+{
+    ps_decoder_t* decoder = state_->decoder.get();
+    int result = 0;
+    state_->run([decoder, &result] { result = ps_start_utt(decoder); });
+    if (result < 0)
+        throw Error(QStringLiteral("The speech engine can't begin to recognise."));
+}
+
+void SphinxDecoder::feed(std::span<const int16_t> samples)
+{
+    ps_decoder_t* decoder = state_->decoder.get();
+    int result = 0;
+    state_->run([decoder, samples, &result] {
+        result = ps_process_raw(decoder, samples.data(), samples.size(), FALSE, FALSE);
+    });
+    if (result < 0)
+        throw Error(QStringLiteral("The speech engine can't recognise the sound."));
+}
+
+QString SphinxDecoder::endUtterance()
+{
+    ps_decoder_t* decoder = state_->decoder.get();
+    const char* words = nullptr;
+    state_->run([decoder, &words] {
+        int32 score = 0;
+        if (ps_end_utt(decoder) >= 0)
+            words = ps_get_hyp(decoder, &score);
+    });
+    return QString::fromUtf8(words);
+}
+
+} // namespace corvandi

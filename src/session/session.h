@@ -1,0 +1,91 @@
+#pragma once
+
+#include "base/main_queue.h"
+#include "ports/application_directory.h"
+#include "ports/event_tap.h"
+#include "ports/hud_content.h"
+#include "ports/hud_panel.h"
+#include "ports/key_capture.h"
+#include "ports/keyboard.h"
+#include "ports/pasteboard.h"
+#include "ports/system_log.h"
+#include "ports/window_tray.h"
+#include "ports/workspace.h"
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <variant>
+
+class QWidget;
+
+namespace corvandi {
+
+/// The ports that depend on the window system, each there once, for as long as this object lives.
+///
+/// Thread: main thread only. Made after the application object of the toolkit and destroyed before it.
+class DesktopSession {
+public:
+    virtual ~DesktopSession() = default;
+
+    /// Whether this session lets a program watch and post keys at all; if not, the log says why. Never
+    /// changes.
+    [[nodiscard]] virtual bool canWatchAndPostKeys() const = 0;
+    [[nodiscard]] virtual EventTapFactory& eventTapFactory() = 0;
+    [[nodiscard]] virtual Keyboard& keyboard() = 0;
+    [[nodiscard]] virtual KeyCapture& keyCapture() = 0;
+    [[nodiscard]] virtual Pasteboard& pasteboard() = 0;
+    [[nodiscard]] virtual Workspace& workspace() = 0;
+    [[nodiscard]] virtual ApplicationDirectory& applicationDirectory() = 0;
+    [[nodiscard]] virtual HUDPanelFactory& hudPanelFactory() = 0;
+    [[nodiscard]] virtual WindowTray& windowTray() = 0;
+    /// Brings a window of this program that is shown to the front and gives it the keyboard. To be called
+    /// only after the user has asked for the window. Does not wait.
+    virtual void bringToFront(const QWidget& window) = 0;
+};
+
+/// What a session needs of the program; all of it outlives the session.
+struct SessionNeeds {
+    MainQueue& queue;
+    SystemLog& log;
+    HUDContentFactory makeHUDContent;
+};
+
+/// A window system that this program can work in. The toolkit must be told of it before its application
+/// object is made, and the session needs that object; hence two steps.
+struct WindowSystem {
+    /// The name of the toolkit's plugin for it.
+    QString toolkitPlatform;
+    std::function<std::unique_ptr<DesktopSession>(SessionNeeds)> openSession;
+};
+
+/// Why there can be no session.
+struct SessionRefusal {
+    /// For the log: what was found, and what to do.
+    QString reason;
+    /// For the person, where there is a desktop on which it can be said; else empty.
+    QString words;
+    /// The names of the toolkit's plugins with which to say it, the best first.
+    QString toolkitPlatform;
+};
+
+/// What the environment says about the session.
+struct SessionEnvironment {
+    /// XDG_SESSION_TYPE, WAYLAND_DISPLAY and DISPLAY; empty when not set.
+    QString sessionType;
+    QString waylandDisplay;
+    QString x11Display;
+
+    [[nodiscard]] static SessionEnvironment current();
+};
+
+/// The window system of the session that this process was started in, or why there is none to work in.
+/// A Wayland session is refused although it offers an X server for older programs: that one never hears
+/// of keys that are struck in other windows, so the hotkey would be dead.
+///
+/// Takes a few round trips to the X server.
+[[nodiscard]] std::variant<WindowSystem, SessionRefusal>
+findWindowSystem(const SessionEnvironment& environment);
+
+} // namespace corvandi

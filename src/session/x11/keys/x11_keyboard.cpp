@@ -1,0 +1,157 @@
+#include "session/x11/keys/x11_keyboard.h"
+
+#include "session/x11/keys/key_plan.h"
+#include "session/x11/keys/keyboard_state.h"
+#include "session/x11/keys/keymap_reader.h"
+#include "session/x11/keys/keymap_writer.h"
+#include "session/x11/keys/spare_keys.h"
+#include "session/x11/keys/watched_chord.h"
+#include "session/x11/keys/x11_connection.h"
+#include "session/x11/keys/x11_key_event_source.h"
+
+#include <chrono>
+#include <optional>
+
+namespace corvandi {
+namespace {
+
+/// After this time without typing, every program has looked up the characters that were typed.
+constexpr std::chrono::minutes lookUpTime{1};
+
+/// The keyboard whose map gives our keys their meaning.
+std::optional<uint16_t> xtestKeyboard(const X11Connection& connection, uint16_t master)
+{
+    for (const KeyboardDevice& device : slaveKeyboards(connection)) {
+        if (device.isXtest && device.master == master)
+            return device.id;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+/// The connection, and what is on the keyboard because of us.
+class X11Keyboard::Session {
+public:
+    Session(X11Connection connection, SystemLog& log, WatchedChord& watched)
+        : connection_(std::move(connection))
+        , watched_(watched)
+        , freeKeys_(connection_)
+        , pump_(
+              connection_, [this](const xcb_generic_event_t& event) { freeKeys_.handle(event); },
+              [&log] { log.write(QStringLiteral("the keyboard's connection to the X server is lost")); })
+    {
+    }
+    ~Session() { takeCharactersBack(); }
+
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    [[nodiscard]] std::unique_ptr<KeyEventSource> createSource(const QString& text,
+                                                               const std::function<PasteShortcut()>& shortcut)
+    {
+        pump_.drainSoon();
+        const auto state = readState(connection_);
+        auto keymap = state ? presentKeymap(*state) : std::nullopt;
+        if (!keymap)
+            return nullptr;
+        const TypingConditions conditions{
+            state->group, static_cast<uint8_t>(state->locked & x11_mask::numLock), chordToAvoid()};
+        const auto characters = typedCharacters(text.toStdU16String());
+        keymap = bearing(characters, std::move(*keymap), conditions);
+        if (!keymap)
+            return nullptr;
+        lastTyping_ = std::chrono::steady_clock::now();
+        CharacterMap strokes(*keymap, conditions);
+        return std::make_unique<X11KeyEventSource>(connection_, std::move(*keymap), *state,
+                                                   std::move(strokes), watched_, shortcut);
+    }
+
+    [[nodiscard]] std::unique_ptr<Registration> whenKeysAreFree(std::function<void()> callback)
+    {
+        pump_.drainSoon();
+        return freeKeys_.add(std::move(callback));
+    }
+
+private:
+    [[nodiscard]] std::optional<Keymap> presentKeymap(const KeyboardState& state) const
+    {
+        watched_.typedOn = xtestKeyboard(connection_, state.device);
+        return watched_.typedOn ? readKeymap(connection_, *watched_.typedOn) : std::nullopt;
+    }
+
+    /// A key that is held down on the very keyboard on which we play can't be struck there at all.
+    [[nodiscard]] std::optional<X11Chord> chordToAvoid() const
+    {
+        if (watched_.chord && watched_.heldOn && watched_.heldOn == watched_.typedOn)
+            return X11Chord{watched_.chord->keyCode, x11_mask::none};
+        return watched_.chord;
+    }
+
+    /// `present`, changed on the server if it has to be; nothing when it can't bear all characters.
+    [[nodiscard]] std::optional<Keymap> bearing(const std::u32string& characters, Keymap present,
+                                                const TypingConditions& conditions)
+    {
+        spareKeys_.reconcile(present);
+        const auto missing = CharacterMap(present, conditions).missing(characters);
+        if (missing.empty())
+            return present;
+        auto wanted = spareKeys_.withCharacters(present, missing);
+        if (!wanted && std::chrono::steady_clock::now() - lastTyping_ > lookUpTime)
+            wanted = startedAfresh(characters, present, conditions);
+        if (!wanted || !writeKeys(connection_, changedKeys(present, *wanted), *wanted))
+            return std::nullopt;
+        spareKeys_.adopt(present, *wanted);
+        return wanted;
+    }
+
+    [[nodiscard]] std::optional<Keymap> startedAfresh(const std::u32string& characters, const Keymap& present,
+                                                      const TypingConditions& conditions) const
+    {
+        const Keymap cleared = spareKeys_.withoutCharacters(present);
+        return SpareKeys().withCharacters(cleared, CharacterMap(cleared, conditions).missing(characters));
+    }
+
+    void takeCharactersBack()
+    {
+        const auto state = readState(connection_);
+        const auto present = state ? presentKeymap(*state) : std::nullopt;
+        if (!present)
+            return;
+        spareKeys_.reconcile(*present);
+        const Keymap cleared = spareKeys_.withoutCharacters(*present);
+        (void)writeKeys(connection_, changedKeys(*present, cleared), cleared);
+    }
+
+    X11Connection connection_;
+    WatchedChord& watched_;
+    SpareKeys spareKeys_;
+    std::chrono::steady_clock::time_point lastTyping_ = std::chrono::steady_clock::now();
+    FreeKeysWatch freeKeys_;
+    X11EventPump pump_;
+};
+
+X11Keyboard::X11Keyboard(SystemLog& log, WatchedChord& watched,
+                         std::function<PasteShortcut()> shortcutOfFrontmost)
+    : shortcutOfFrontmost_(std::move(shortcutOfFrontmost))
+{
+    if (auto connection = X11Connection::open(log))
+        session_ = std::make_unique<Session>(std::move(*connection), log, watched);
+}
+
+X11Keyboard::~X11Keyboard() = default;
+
+std::unique_ptr<KeyEventSource> X11Keyboard::createSource(const QString& text)
+{
+    return session_ ? session_->createSource(text, shortcutOfFrontmost_) : nullptr;
+}
+
+std::unique_ptr<Registration> X11Keyboard::whenKeysAreFree(std::function<void()> callback)
+{
+    if (session_)
+        return session_->whenKeysAreFree(std::move(callback));
+    callback();
+    return std::make_unique<Registration>();
+}
+
+} // namespace corvandi

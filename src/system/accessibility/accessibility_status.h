@@ -1,0 +1,59 @@
+#pragma once
+
+#include "ports/system_log.h"
+
+#include <QDBusConnection>
+#include <QObject>
+
+class QDBusPendingCallWatcher;
+
+namespace corvandi {
+
+/// Whether the desktop's accessibility service is switched on (org.a11y.Status on the session bus),
+/// followed by its change notices and those of its owner.
+///
+/// Nothing here waits: questions go out when it is created and when a notice comes, and until an answer
+/// has arrived the state is unknown. A service that is missing, hung or has died leaves it unknown, is
+/// logged once, and is asked again by `refresh`; one that appears later is noticed at once. Without a
+/// session bus the state stays unknown.
+///
+/// Thread: main thread only.
+class AccessibilityStatus : public QObject {
+    Q_OBJECT
+
+public:
+    enum class State { unknown, disabled, enabled };
+
+    AccessibilityStatus(QDBusConnection bus, SystemLog& log);
+
+    [[nodiscard]] State state() const;
+    /// A question is under way; `answered` will follow.
+    [[nodiscard]] bool isAsking() const { return question_ != nullptr; }
+    [[nodiscard]] bool hasBus() const { return bus_.isConnected(); }
+    /// Asks again when the state is unknown and no question is under way.
+    void refresh();
+    /// Switches the service on, for this session. A refusal is logged.
+    void enable();
+
+Q_SIGNALS:
+    /// A question has been answered, or has failed.
+    void answered();
+
+private Q_SLOTS:
+    void onPropertiesChanged();
+    void onOwnerChanged(const QString& name, const QString& oldOwner, const QString& newOwner);
+
+private:
+    void ask();
+    void take(QDBusPendingCallWatcher& question);
+    void logOnce(const QString& problem);
+
+    QDBusConnection bus_;
+    SystemLog& log_;
+    State state_ = State::unknown;
+    /// The latest question; answers to older ones don't count. Owned by this object.
+    QDBusPendingCallWatcher* question_ = nullptr;
+    QString lastProblem_;
+};
+
+} // namespace corvandi

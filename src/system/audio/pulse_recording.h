@@ -1,0 +1,96 @@
+#pragma once
+
+#include "ports/audio_input.h"
+#include "system/audio/pulse_connection.h"
+
+#include <QString>
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+
+namespace corvandi {
+
+/// Makes blocks of equal length out of pieces of any length and hands each to the tap. One buffer is
+/// used over and over, so that nothing is allocated while sound runs.
+///
+/// Thread: one at a time, any.
+class BlockAssembler {
+public:
+    BlockAssembler(const AudioFormat& format, uint32_t framesPerBlock, AudioInput::TapBlock tap);
+
+    /// Appends interleaved samples.
+    void append(std::span<const float> samples);
+    /// Appends `samples` samples of silence, in the place of sound that was lost.
+    void appendSilence(size_t samples);
+    /// Hands over the block that is not full yet, if it holds anything.
+    void flush();
+
+private:
+    [[nodiscard]] std::span<float> free();
+    void advance(size_t samples);
+    void handOver(size_t samples);
+
+    size_t samplesPerBlock_;
+    AudioInput::TapBlock tap_;
+    AudioBuffer block_;
+    size_t filled_ = 0;
+};
+
+/// One run of recording: a stream from the input device, handed to the tap in equal blocks.
+///
+/// Thread: the sound thread only; the tap and all callbacks are called there. A callback must not
+/// destroy the recording.
+class PulseRecording {
+public:
+    struct Tap {
+        AudioFormat format;
+        uint32_t framesPerBlock;
+        AudioInput::TapBlock block;
+    };
+    struct Events {
+        /// The device runs.
+        std::function<void()> started;
+        /// Recording could not be started, or has ended by itself, for the reason given. Called at most
+        /// once; the tap is not called for new sound after it.
+        std::function<void(const QString& reason)> failed;
+    };
+
+    PulseRecording(pa_mainloop_api& loop, pa_context* context, const SoundSource& source, Tap tap,
+                   Events events);
+
+    /// Hands over what has been recorded up to now, also what is still on its way from the device, and
+    /// then calls `drained`, also when the recording fails meanwhile. After that the tap is never called
+    /// again. Takes at most 80 ms.
+    void drain(std::function<void()> drained);
+
+private:
+    void connect(pa_context* context, const SoundSource& source, const AudioFormat& format);
+    void streamStateChanged();
+    void begin();
+    void read();
+    void take(const void* data, size_t bytes);
+    void checkForSound();
+    void awaitSound(std::chrono::microseconds delay);
+    void fail(const QString& reason);
+    void measureWhatIsOnItsWay();
+    void endDrain();
+    [[nodiscard]] bool hasDrained() const;
+
+    pa_mainloop_api& loop_;
+    BlockAssembler blocks_;
+    Events events_;
+    PulseStream stream_;
+    PulseOperation latencyQuery_;
+    std::optional<PulseTimer> watchdog_;
+    std::optional<PulseTimer> drainLimit_;
+    std::function<void()> drained_;
+    /// While draining: what is still to come, once that is known.
+    std::optional<size_t> samplesOnTheirWay_;
+    pa_usec_t lastSound_ = 0;
+    bool isRunning_ = false;
+};
+
+} // namespace corvandi

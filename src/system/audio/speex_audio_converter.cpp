@@ -1,0 +1,169 @@
+#include "system/audio/speex_audio_converter.h"
+
+#include <speex/speex_resampler.h>
+
+#include <algorithm>
+#include <cmath>
+#include <span>
+
+namespace corvandi {
+namespace {
+
+constexpr float int16Scale = 32768.0F;
+/// Of 0 to 10. Flat up to 7 kHz of 8, 2.5 ms of delay, some thousand times faster than the sound.
+constexpr int resamplerQuality = 5;
+/// Room for the longest buffer that a microphone's tap delivers; longer ones make it grow once.
+constexpr size_t expectedFrames = 8192;
+
+struct ResamplerDeleter {
+    void operator()(SpeexResamplerState* state) const { speex_resampler_destroy(state); }
+};
+using Resampler = std::unique_ptr<SpeexResamplerState, ResamplerDeleter>;
+
+bool isUsable(const AudioFormat& format)
+{
+    const double rate = format.sampleRate;
+    return rate >= 1 && rate <= 1e6 && rate == std::floor(rate) && format.channelCount > 0;
+}
+
+/// No resampler when the rates are equal.
+Resampler makeResampler(const AudioFormat& from, const AudioFormat& to)
+{
+    if (from.sampleRate == to.sampleRate)
+        return nullptr;
+    int error = RESAMPLER_ERR_SUCCESS;
+    Resampler resampler(speex_resampler_init(1, static_cast<spx_uint32_t>(from.sampleRate),
+                                             static_cast<spx_uint32_t>(to.sampleRate), resamplerQuality,
+                                             &error));
+    // The filter's run-in is left out, so that the output lies where the input does.
+    if (resampler)
+        speex_resampler_skip_zeros(resampler.get());
+    return resampler;
+}
+
+float fullScale(float sample)
+{
+    return sample;
+}
+
+float fullScale(int16_t sample)
+{
+    return static_cast<float>(sample) / int16Scale;
+}
+
+template<class Sample>
+void appendAverages(std::span<const Sample> samples, size_t channels, std::vector<float>& mono)
+{
+    const float share = 1.0F / static_cast<float>(channels);
+    for (size_t frame = 0; frame + channels <= samples.size(); frame += channels) {
+        float sum = 0;
+        for (size_t channel = 0; channel < channels; ++channel)
+            sum += fullScale(samples[frame + channel]);
+        mono.push_back(sum * share);
+    }
+}
+
+int16_t toInt16(float sample)
+{
+    return static_cast<int16_t>(std::lrint(std::clamp(sample * int16Scale, -32768.0F, 32767.0F)));
+}
+
+AudioBuffer makeBuffer(const AudioFormat& format, std::vector<float> samples)
+{
+    if (format.sampleFormat == SampleFormat::float32)
+        return {format, std::move(samples)};
+    std::vector<int16_t> values(samples.size());
+    std::transform(samples.begin(), samples.end(), values.begin(), toInt16);
+    return {format, std::move(values)};
+}
+
+class SpeexAudioConverter : public AudioConverter {
+public:
+    SpeexAudioConverter(const AudioFormat& from, const AudioFormat& to, Resampler resampler)
+        : from_(from)
+        , to_(to)
+        , resampler_(std::move(resampler))
+    {
+        waiting_.reserve(expectedFrames);
+    }
+
+    Conversion convert(uint32_t frameCapacity, const InputBlock& input) override
+    {
+        std::vector<float> output(frameCapacity);
+        size_t made = resampleInto(output);
+        std::optional<QString> error;
+        while (made < output.size() && !error) {
+            const ConverterInput next = input();
+            if (next.status == ConverterInputStatus::noDataNow)
+                break;
+            if (next.status == ConverterInputStatus::endOfStream) {
+                made += runOut(std::span(output).subspan(made));
+                break;
+            }
+            error = accept(*next.buffer);
+            made += resampleInto(std::span(output).subspan(made));
+        }
+        output.resize(made);
+        return {makeBuffer(to_, std::move(output)), std::move(error)};
+    }
+
+private:
+    /// Takes a buffer in; says why when it can't.
+    std::optional<QString> accept(const AudioBuffer& buffer)
+    {
+        if (buffer.format() != from_)
+            return QStringLiteral("the sound is not in the format that was agreed on");
+        if (from_.sampleFormat == SampleFormat::float32)
+            appendAverages(buffer.floatSamples(), from_.channelCount, waiting_);
+        else
+            appendAverages(buffer.int16Samples(), from_.channelCount, waiting_);
+        return std::nullopt;
+    }
+
+    /// Makes as much output of the sound that waits as fits; the rest goes on waiting.
+    size_t resampleInto(std::span<float> output)
+    {
+        auto consumed = static_cast<spx_uint32_t>(waiting_.size());
+        auto made = static_cast<spx_uint32_t>(output.size());
+        if (resampler_) {
+            speex_resampler_process_float(resampler_.get(), 0, waiting_.data(), &consumed, output.data(),
+                                          &made);
+        } else {
+            consumed = made = std::min(consumed, made);
+            std::copy_n(waiting_.begin(), made, output.begin());
+        }
+        waiting_.erase(waiting_.begin(), waiting_.begin() + consumed);
+        return made;
+    }
+
+    /// At the end of the stream: gets the last of it out of the resampler's filter.
+    size_t runOut(std::span<float> output)
+    {
+        if (!resampler_)
+            return 0;
+        const int delay = speex_resampler_get_input_latency(resampler_.get());
+        waiting_.insert(waiting_.end(), static_cast<size_t>(delay), 0.0F);
+        return resampleInto(output);
+    }
+
+    AudioFormat from_;
+    AudioFormat to_;
+    Resampler resampler_;
+    /// Mono sound, in the source's rate, that has not gone through the resampler yet.
+    std::vector<float> waiting_;
+};
+
+} // namespace
+
+std::unique_ptr<AudioConverter> SpeexAudioConverterFactory::create(const AudioFormat& from,
+                                                                   const AudioFormat& to)
+{
+    if (!isUsable(from) || !isUsable(to) || to.channelCount != 1)
+        return nullptr;
+    Resampler resampler = makeResampler(from, to);
+    if (!resampler && from.sampleRate != to.sampleRate)
+        return nullptr;
+    return std::make_unique<SpeexAudioConverter>(from, to, std::move(resampler));
+}
+
+} // namespace corvandi

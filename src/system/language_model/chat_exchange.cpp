@@ -1,0 +1,59 @@
+#include "system/language_model/chat_exchange.h"
+
+#include "base/json.h"
+#include "system/language_model/chat_answer.h"
+#include "system/language_model/known_servers.h"
+#include "system/net/http_exchange.h"
+
+namespace corvandi {
+
+QByteArray chatRequest(const QString& model, const QString& instructions, const QString& prompt)
+{
+    const auto message = [](const char* role, const QString& content) {
+        return Json{{"role", role}, {"content", content.toStdString()}};
+    };
+    const Json request{
+        {"model", model.toStdString()},
+        {"messages", Json::array({message("system", instructions), message("user", prompt)})},
+        {"stream", true},
+    };
+    return QByteArray::fromStdString(request.dump());
+}
+
+namespace {
+
+LanguageModelAnswer outcomeOf(const std::optional<HttpEnd>& end, ChatAnswer& answer)
+{
+    if (!end)
+        return LanguageModelFailure{QStringLiteral("cancelled")};
+    switch (end->kind) {
+    case HttpEnd::Kind::answered:
+        return answer.finish();
+    case HttpEnd::Kind::status:
+        return LanguageModelFailure{QStringLiteral("the model server answers with HTTP %1").arg(end->status)};
+    case HttpEnd::Kind::unreachable:
+        return LanguageModelFailure{QStringLiteral("the model server does not run any more")};
+    case HttpEnd::Kind::brokenOff:
+        break;
+    }
+    return LanguageModelFailure{QStringLiteral("the connection to the model server broke off")};
+}
+
+} // namespace
+
+LanguageModelAnswer askModel(const ModelPlace& place, const QString& instructions, const QString& prompt,
+                             const std::stop_token& stop)
+{
+    StoppableLoop loop(stop);
+    ChatAnswer answer;
+    const auto network = makeLoopbackNetwork();
+    const HttpExchange exchange(
+        *network, protocolAddress(place.server, QStringLiteral("chat/completions")),
+        chatRequest(place.model, instructions, prompt),
+        [&answer](const QByteArray& bytes) { return answer.feed(bytes); },
+        [&loop](const HttpEnd&) { loop.quit(); });
+    loop.run();
+    return outcomeOf(exchange.ended(), answer);
+}
+
+} // namespace corvandi

@@ -1,0 +1,234 @@
+#include "core/dictation/dictation_fixture.h"
+
+namespace corvandi::testing {
+namespace {
+
+/// Dictations with the switch for clean sentences.
+class RewriteDeliveryTest : public DictationFixture {
+protected:
+    RewriteDeliveryTest() { settings.setCleanUpSentences(true); }
+
+    void answer(const char* text)
+    {
+        model.answer(QString::fromUtf8(text));
+        queue.drain();
+    }
+};
+
+const QString words = QStringLiteral("so um we goes home, Ann.");
+
+TEST_F(RewriteDeliveryTest, TheRewrittenTextIsInsertedAndKept)
+{
+    dictate(words);
+    EXPECT_TRUE(shows(HUDState::processing, "Polishing"));
+    EXPECT_TRUE(nothingWasDelivered());
+    answer("So, we went home, Ann.");
+    EXPECT_EQ(keyboard.typed(), QStringLiteral("So, we went home, Ann."));
+    ASSERT_EQ(controller->store().history().size(), 1U);
+    EXPECT_EQ(controller->store().history()[0].text, QStringLiteral("So, we went home, Ann."));
+}
+
+TEST_F(RewriteDeliveryTest, WithTheSwitchOffTheModelIsNotEvenAskedWhetherItIsThere)
+{
+    settings.setCleanUpSentences(false);
+    dictate(words);
+    EXPECT_EQ(model.looks, 0);
+    EXPECT_EQ(keyboard.typed(), words);
+}
+
+TEST_F(RewriteDeliveryTest, TheModelIsLookedAtFromTheReleaseOn)
+{
+    press();
+    queue.advance(1s);
+    EXPECT_EQ(model.looks, 0);
+    release();
+    EXPECT_EQ(model.looks, 1);
+}
+
+TEST_F(RewriteDeliveryTest, APressThatIsTooShortIsNoReasonToLookAtTheModel)
+{
+    hold(349ms);
+    EXPECT_EQ(model.looks, 0);
+}
+
+TEST_F(RewriteDeliveryTest, TheTextWaitsUntilItIsKnownWhetherTheModelIsThere)
+{
+    model.looksAreHeld = true;
+    dictate(words);
+    queue.advance(1s);
+    EXPECT_TRUE(shows(HUDState::processing, "Transcribing"));
+    EXPECT_TRUE(model.prompts.empty());
+    EXPECT_TRUE(nothingWasDelivered());
+
+    model.endLooks();
+    queue.drain();
+    EXPECT_TRUE(shows(HUDState::processing, "Polishing"));
+    EXPECT_EQ(model.prompts.size(), 1U);
+}
+
+TEST_F(RewriteDeliveryTest, AModelThatTurnsOutNotToBeThereIsNotAsked)
+{
+    model.looksAreHeld = true;
+    model.state = LanguageModelAvailability::modelNotReady;
+    dictate(words);
+    EXPECT_TRUE(nothingWasDelivered());
+    model.endLooks();
+    queue.drain();
+    EXPECT_TRUE(model.prompts.empty());
+    EXPECT_EQ(keyboard.typed(), words);
+}
+
+TEST_F(RewriteDeliveryTest, ATimedOutTranscriptDoesNotWaitForTheModel)
+{
+    model.looksAreHeld = true;
+    hold();
+    queue.advance(5s);
+    EXPECT_TRUE(shows(HUDState::error, "Transcription timed out."));
+}
+
+TEST_F(RewriteDeliveryTest, APressWhileTheModelIsLookedAtLeavesTheTextOnItsWay)
+{
+    model.looksAreHeld = true;
+    dictate(words);
+    press();
+    EXPECT_EQ(face().state(), HUDState::recording);
+    model.endLooks();
+    queue.drain();
+    EXPECT_EQ(face().state(), HUDState::recording) << "the newer dictation has the word";
+    answer("So, we went home, Ann.");
+    EXPECT_EQ(keyboard.typed(), QStringLiteral("So, we went home, Ann."));
+}
+
+TEST_F(RewriteDeliveryTest, TheNextDictationWaitsForOneThatWaitsForTheModel)
+{
+    model.looksAreHeld = true;
+    dictate(words);
+    press();
+    EXPECT_EQ(input.count("start"), 1);
+    model.endLooks();
+    queue.drain();
+    answer("So, we went home, Ann.");
+    EXPECT_EQ(input.count("start"), 2);
+}
+
+TEST_F(RewriteDeliveryTest, ASwitchThatGoesOnWhileTheTranscriptIsAwaitedCounts)
+{
+    settings.setCleanUpSentences(false);
+    hold();
+    settings.setCleanUpSentences(true);
+    recognise(words);
+    EXPECT_TRUE(shows(HUDState::processing, "Polishing"));
+}
+
+TEST_F(RewriteDeliveryTest, WithoutTheModelTheTextIsInsertedAsItIs)
+{
+    model.state = LanguageModelAvailability::otherReason;
+    dictate(words);
+    EXPECT_TRUE(model.prompts.empty());
+    EXPECT_EQ(keyboard.typed(), words);
+    EXPECT_FALSE(face().statusText() == QStringLiteral("Polishing"));
+}
+
+TEST_F(RewriteDeliveryTest, PunctuationIsKeptForTheRewriteWhateverTheSetting)
+{
+    settings.setAutoPunctuation(false);
+    dictate(words);
+    ASSERT_EQ(model.prompts.size(), 1U);
+    EXPECT_EQ(model.prompts[0], words);
+}
+
+TEST_F(RewriteDeliveryTest, PunctuationIsStrippedWhenTheModelIsNotThere)
+{
+    settings.setAutoPunctuation(false);
+    model.state = LanguageModelAvailability::modelNotReady;
+    dictate(words);
+    EXPECT_EQ(keyboard.typed(), QStringLiteral("so um we goes home ann"));
+}
+
+TEST_F(RewriteDeliveryTest, TheModelGetsTheTextAfterVocabularyAndFillers)
+{
+    settings.setRemoveDisfluencies(true);
+    controller->store().addVocab(QStringLiteral("ann"), QStringLiteral("Anne"), vocab_scope::Global{});
+    dictate(words);
+    ASSERT_EQ(model.prompts.size(), 1U);
+    EXPECT_EQ(model.prompts[0], QStringLiteral("so we goes home, Anne."));
+}
+
+TEST_F(RewriteDeliveryTest, AFailedRewriteKeepsTheText)
+{
+    dictate(words);
+    model.answer(LanguageModelFailure{QStringLiteral("it refused")});
+    queue.drain();
+    EXPECT_EQ(keyboard.typed(), words);
+    EXPECT_EQ(controller->store().history()[0].text, words);
+}
+
+TEST_F(RewriteDeliveryTest, HalfACharacterInTheAnswerBecomesTheReplacementCharacter)
+{
+    dictate(words);
+    model.answer(QStringLiteral("So, we went home ") + QChar(0xD83D));
+    queue.drain();
+    EXPECT_EQ(keyboard.typed(), QStringLiteral("So, we went home \uFFFD"));
+}
+
+TEST_F(RewriteDeliveryTest, AnAnswerAfterFourSecondsIsNotWaitedFor)
+{
+    dictate(words);
+    queue.advance(4s - 1ns);
+    EXPECT_TRUE(nothingWasDelivered());
+    queue.advance(1ns);
+    EXPECT_EQ(keyboard.typed(), words);
+}
+
+TEST_F(RewriteDeliveryTest, APartialTranscriptIsNeverRewritten)
+{
+    dictateAndFail(words);
+    EXPECT_TRUE(model.prompts.empty());
+    EXPECT_EQ(pasteboard.text(), words);
+}
+
+TEST_F(RewriteDeliveryTest, APartialTranscriptKeepsThePunctuationThatARewriteWouldHaveNeeded)
+{
+    settings.setAutoPunctuation(false);
+    dictateAndFail(words);
+    EXPECT_EQ(pasteboard.text(), words);
+}
+
+TEST_F(RewriteDeliveryTest, NothingIsSentFromAPasswordField)
+{
+    hold();
+    focus.focusPasswordField();
+    recognise(words);
+    EXPECT_TRUE(model.prompts.empty());
+    EXPECT_TRUE(controller->store().history().empty());
+}
+
+TEST_F(RewriteDeliveryTest, ANewerDictationIsNotDisturbedAndTheTextStillArrives)
+{
+    dictate(words);
+    press();
+    answer("So, we went home, Ann.");
+    EXPECT_EQ(face().state(), HUDState::recording);
+    EXPECT_EQ(keyboard.typed(), QStringLiteral("So, we went home, Ann."));
+}
+
+TEST_F(RewriteDeliveryTest, TheWordForTheRewriteIsSkippedWhenANewerDictationHasBegun)
+{
+    hold();
+    press();
+    recognise(words);
+    EXPECT_EQ(model.prompts.size(), 1U);
+    EXPECT_EQ(face().state(), HUDState::recording);
+}
+
+TEST_F(RewriteDeliveryTest, SwitchingTheApplicationWhileTheModelWorksLeavesTheTextOnTheClipboard)
+{
+    dictate(words);
+    workspace.frontmost = QStringLiteral("org.example.other");
+    answer("So, we went home, Ann.");
+    EXPECT_EQ(pasteboard.text(), QStringLiteral("So, we went home, Ann."));
+    EXPECT_TRUE(keyboard.posted.empty());
+}
+
+} // namespace
+} // namespace corvandi::testing

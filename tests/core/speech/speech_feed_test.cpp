@@ -1,0 +1,212 @@
+#include "core/speech/speech_service_fixture.h"
+
+#include <thread>
+
+namespace corvandi::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+using SpeechFeedTest = SpeechServiceTest;
+using Behaviour = FakeAudioConverterFactory::Behaviour;
+
+TEST_F(SpeechFeedTest, SoundFedBeforeTheStartComesFirstAndInOrder)
+{
+    feed(1);
+    feed(2);
+    EXPECT_TRUE(start().hasSucceeded());
+    feed(3);
+    feed(4);
+    EXPECT_TRUE(finish().hasSucceeded());
+    EXPECT_THAT(received(), ElementsAre(1, 2, 3, 4));
+}
+
+TEST_F(SpeechFeedTest, OfEarlySoundTheLast384000FramesSurvive)
+{
+    for (int index = 1; index <= 81; ++index)
+        service->feed(tagged(static_cast<float>(index), 4800));
+    EXPECT_TRUE(start().hasSucceeded());
+    EXPECT_TRUE(finish().hasSucceeded());
+    EXPECT_THAT(received(), SizeIs(80));
+    EXPECT_EQ(received().front(), 2);
+    EXPECT_EQ(received().back(), 81);
+}
+
+TEST_F(SpeechFeedTest, TheEngineGetsItsOwnFormatEarlyAndLive)
+{
+    feed(1);
+    EXPECT_TRUE(start().hasSucceeded());
+    feed(2);
+    EXPECT_TRUE(finish().hasSucceeded());
+    ASSERT_THAT(framework.latest().received, SizeIs(2));
+    for (const AudioBuffer& buffer : framework.latest().received)
+        EXPECT_EQ(buffer.format(), engineFormat);
+}
+
+TEST_F(SpeechFeedTest, ABufferThatIsInTheEnginesFormatAlreadyIsPassedAsACopy)
+{
+    framework.format = microphoneFormat;
+    feed(1);
+    EXPECT_TRUE(start().hasSucceeded());
+    feed(2);
+    EXPECT_TRUE(finish().hasSucceeded());
+    EXPECT_THAT(received(), ElementsAre(1, 2));
+    EXPECT_THAT(converters.calls(), IsEmpty());
+}
+
+TEST_F(SpeechFeedTest, TheCallersBufferMayBeUsedAgainAtOnce)
+{
+    framework.format = microphoneFormat;
+    AudioBuffer reused = tagged(1);
+    service->feed(reused);
+    EXPECT_TRUE(start().hasSucceeded());
+    std::get<std::vector<float>>(reused.samples()).assign(2048, 2);
+    service->feed(reused);
+    std::get<std::vector<float>>(reused.samples()).assign(2048, 3);
+    EXPECT_TRUE(finish().hasSucceeded());
+    EXPECT_THAT(received(), ElementsAre(1, 2));
+}
+
+TEST_F(SpeechFeedTest, EmptyBuffersAreIgnoredInEveryState)
+{
+    const AudioBuffer empty = tagged(1, 0);
+    framework.format = microphoneFormat;
+    service->feed(empty);
+    framework.starting.hold();
+    const auto starting = start();
+    service->feed(empty);
+    framework.starting.release();
+    service->feed(empty);
+    EXPECT_TRUE(finish().hasSucceeded());
+    service->feed(empty);
+    EXPECT_THAT(framework.latest().received, IsEmpty());
+
+    EXPECT_TRUE(start().hasSucceeded());
+    EXPECT_TRUE(finish().hasSucceeded());
+    EXPECT_THAT(framework.latest().received, IsEmpty());
+}
+
+TEST_F(SpeechFeedTest, OneConverterServesAWholeDictationAndIsNeverToldThatTheSoundEnds)
+{
+    feed(1);
+    EXPECT_TRUE(start().hasSucceeded());
+    feed(2);
+    feed(3);
+    EXPECT_TRUE(finish().hasSucceeded());
+    EXPECT_THAT(converters.creations, SizeIs(1));
+    ASSERT_THAT(converters.calls(), SizeIs(3));
+    for (const FakeAudioConverterFactory::Call& call : converters.calls())
+        EXPECT_THAT(call.answers,
+                    ElementsAre(ConverterInputStatus::haveData, ConverterInputStatus::noDataNow));
+}
+
+TEST_F(SpeechFeedTest, ABufferFedDuringTheHandOverOfEarlySoundComesOnceAndAfterIt)
+{
+    bool hasFed = false;
+    converters.whileConverting = [&] {
+        if (std::exchange(hasFed, true))
+            return;
+        feed(3);
+    };
+    feed(1);
+    feed(2);
+    EXPECT_TRUE(start().hasSucceeded());
+    EXPECT_TRUE(finish().hasSucceeded());
+    EXPECT_THAT(received(), ElementsAre(1, 2, 3));
+}
+
+TEST_F(SpeechFeedTest, ABufferThatIsBeingConvertedWhenTheDictationEndsIsDropped)
+{
+    std::optional<TaskOutcome<Transcript>> finishing;
+    converters.whileConverting = [&] { finishing = finish(); };
+    EXPECT_TRUE(start().hasSucceeded());
+    feed(1);
+    ASSERT_TRUE(finishing);
+    EXPECT_TRUE(finishing->hasSucceeded());
+    EXPECT_THAT(received(), IsEmpty());
+}
+
+TEST_F(SpeechFeedTest, ABufferThatIsBeingConvertedWhenTheNextDictationBeginsIsInNeither)
+{
+    bool hasRestarted = false;
+    converters.whileConverting = [&] {
+        if (std::exchange(hasRestarted, true))
+            return;
+        EXPECT_TRUE(finish().hasSucceeded());
+        EXPECT_TRUE(start().hasSucceeded());
+    };
+    EXPECT_TRUE(start().hasSucceeded());
+    feed(1);
+    feed(2);
+    EXPECT_TRUE(finish().hasSucceeded());
+    ASSERT_THAT(framework.dictations(), SizeIs(2));
+    EXPECT_THAT(framework.dictations().front()->received, IsEmpty());
+    EXPECT_THAT(received(), ElementsAre(2));
+}
+
+TEST_F(SpeechFeedTest, SoundFedAfterADictationIsKeptForTheNextOne)
+{
+    EXPECT_TRUE(start().hasSucceeded());
+    feed(1);
+    EXPECT_TRUE(finish().hasSucceeded());
+    feed(2);
+    EXPECT_TRUE(start().hasSucceeded());
+    EXPECT_TRUE(finish().hasSucceeded());
+    EXPECT_THAT(tags(framework.dictations().front()->received), ElementsAre(1));
+    EXPECT_THAT(received(), ElementsAre(2));
+}
+
+TEST_F(SpeechFeedTest, AConversionThatFailsIsLoggedAndTheDictationGoesOn)
+{
+    converters.behaviour = Behaviour::failsWithError;
+    feed(1);
+    EXPECT_TRUE(start().hasSucceeded());
+    feed(2);
+    queue.drain();
+    const QString line = QStringLiteral("Corvandi: audio conversion error: the resampler broke");
+    EXPECT_THAT(log.lines(), ElementsAre(line, line));
+
+    service->feed(tagged(3, 682, 16000));
+    EXPECT_EQ(finish().value(), (Transcript{{}, false}));
+    EXPECT_THAT(received(), ElementsAre(3));
+}
+
+TEST_F(SpeechFeedTest, AConversionErrorIsNotLoggedOnTheAudioThread)
+{
+    converters.behaviour = Behaviour::failsWithError;
+    EXPECT_TRUE(start().hasSucceeded());
+    std::thread([this] { feed(1); }).join();
+    EXPECT_THAT(log.lines(), IsEmpty());
+    queue.drain();
+    EXPECT_THAT(log.lines(), SizeIs(1));
+    EXPECT_TRUE(finish().hasSucceeded());
+}
+
+TEST_F(SpeechFeedTest, AConversionErrorThatIsOnItsWayWhenTheServiceIsDestroyedIsStillLogged)
+{
+    converters.behaviour = Behaviour::failsWithError;
+    EXPECT_TRUE(start().hasSucceeded());
+    feed(1);
+    service.reset();
+    queue.drain();
+    EXPECT_THAT(log.lines(), SizeIs(1));
+}
+
+TEST_F(SpeechFeedTest, BuffersFromWhichNoSoundComesAreDropped)
+{
+    for (const Behaviour behaviour : {Behaviour::givesNothing, Behaviour::runsOutOfMemory}) {
+        converters.behaviour = behaviour;
+        feed(1);
+        EXPECT_TRUE(start().hasSucceeded());
+        feed(2);
+        EXPECT_TRUE(finish().hasSucceeded());
+        EXPECT_THAT(received(), IsEmpty());
+    }
+    queue.drain();
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+} // namespace
+} // namespace corvandi::testing

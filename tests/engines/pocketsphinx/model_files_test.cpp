@@ -1,0 +1,162 @@
+#include "engines/pocketsphinx/model_files.h"
+
+#include "base/error.h"
+#include "engines/pocketsphinx/pocketsphinx_framework.h"
+#include "support/event_loop.h"
+#include "system/process/qt_main_queue.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+
+namespace corvandi {
+namespace {
+
+using testing::waitUntil;
+
+enum class Damage { empty, cutToAQuarter, cutInHalf, shortOfAWord, overwrittenInTheMiddle, zeroed, missing };
+
+const QStringList& modelFileNames()
+{
+    static const QStringList names{
+        QStringLiteral("en-us/means"),        QStringLiteral("en-us/variances"),
+        QStringLiteral("en-us/mdef"),         QStringLiteral("en-us/transition_matrices"),
+        QStringLiteral("en-us/sendump"),      QStringLiteral("en-us/feat.params"),
+        QStringLiteral("en-us/noisedict"),    QStringLiteral("en-us.lm.bin"),
+        QStringLiteral("cmudict-en-us.dict"),
+    };
+    return names;
+}
+
+QByteArray damaged(QByteArray data, Damage damage)
+{
+    constexpr qsizetype overwritten = 4096;
+    switch (damage) {
+    case Damage::empty:
+    case Damage::missing:
+        return {};
+    case Damage::cutToAQuarter:
+        return data.left(data.size() / 4);
+    case Damage::cutInHalf:
+        return data.left(data.size() / 2);
+    case Damage::shortOfAWord:
+        return data.chopped(4);
+    case Damage::overwrittenInTheMiddle:
+        return data.replace(data.size() / 2, overwritten, QByteArray(overwritten, '\xa7'));
+    case Damage::zeroed:
+        return data.fill('\0');
+    }
+    return data;
+}
+
+/// The installed model with one file damaged, in a folder of its own.
+class DamagedModel {
+public:
+    DamagedModel(const QString& name, Damage damage)
+    {
+        const QDir original(installedModelFolder());
+        const QDir copy(folder_.path());
+        copy.mkdir(QStringLiteral("en-us"));
+        for (const QString& each : modelFileNames()) {
+            if (each != name)
+                QFile::link(original.filePath(each), copy.filePath(each));
+        }
+        if (damage == Damage::missing)
+            return;
+        QFile source(original.filePath(name));
+        QFile target(copy.filePath(name));
+        EXPECT_TRUE(source.open(QIODevice::ReadOnly));
+        EXPECT_TRUE(target.open(QIODevice::WriteOnly));
+        target.write(damaged(source.readAll(), damage));
+    }
+    [[nodiscard]] QString folder() const { return folder_.path(); }
+
+private:
+    QTemporaryDir folder_;
+};
+
+/// What the framework says about a model.
+struct Verdict {
+    bool isKnown = false;
+    bool isUsable = false;
+    QString sentence;
+};
+
+QCoro::Task<> ask(SpeechFramework& framework, Verdict& verdict)
+{
+    try {
+        std::shared_ptr<SpeechTranscriber> transcriber =
+            framework.makeTranscriber(Locale(QStringLiteral("en-US")));
+        std::unique_ptr<AssetInstallationRequest> request =
+            co_await framework.assetInstallationRequest(transcriber);
+        verdict.isUsable = request == nullptr;
+        if (request)
+            co_await request->downloadAndInstall();
+    } catch (const Error& error) {
+        verdict.sentence = error.description();
+    }
+    verdict.isKnown = true;
+}
+
+Verdict verdictOn(const QString& folder)
+{
+    QtMainQueue queue;
+    PocketSphinxFramework framework(folder, queue);
+    Verdict verdict;
+    const auto asking = ask(framework, verdict);
+    EXPECT_TRUE(waitUntil([&] { return verdict.isKnown; }, std::chrono::seconds(20)));
+    return verdict;
+}
+
+struct Case {
+    const char* file;
+    std::vector<Damage> damages;
+};
+
+/// How a case is called in the list of tests.
+void PrintTo(const Case& damaged, std::ostream* out)
+{
+    *out << damaged.file;
+}
+
+class DamagedFile : public ::testing::TestWithParam<Case> {};
+
+TEST_P(DamagedFile, IsRefusedWithASentenceAndTheProgramGoesOn)
+{
+    for (const Damage damage : GetParam().damages) {
+        const DamagedModel model(QLatin1String(GetParam().file), damage);
+        const Verdict verdict = verdictOn(model.folder());
+        EXPECT_FALSE(verdict.isUsable) << GetParam().file << ' ' << static_cast<int>(damage);
+        EXPECT_FALSE(verdict.sentence.isEmpty());
+    }
+}
+
+const std::vector<Damage> all{
+    Damage::empty,        Damage::cutToAQuarter,          Damage::cutInHalf, Damage::missing,
+    Damage::shortOfAWord, Damage::overwrittenInTheMiddle, Damage::zeroed,
+};
+/// Of files without a checksum. What else may happen to them does no more harm than wrong words.
+const std::vector<Damage> cut{Damage::empty,        Damage::cutToAQuarter, Damage::cutInHalf,
+                              Damage::shortOfAWord, Damage::zeroed,        Damage::missing};
+const std::vector<Damage> gross{Damage::empty, Damage::cutToAQuarter, Damage::cutInHalf, Damage::zeroed,
+                                Damage::missing};
+
+INSTANTIATE_TEST_SUITE_P(Model, DamagedFile,
+                         ::testing::Values(Case{"en-us/means", all}, Case{"en-us/variances", all},
+                                           Case{"en-us/transition_matrices", all}, Case{"en-us/mdef", all},
+                                           Case{"en-us/sendump", gross}, Case{"en-us.lm.bin", cut},
+                                           Case{"cmudict-en-us.dict", gross}));
+
+TEST(ModelFiles, TheInstalledModelIsIntact)
+{
+    const ModelFiles files(installedModelFolder());
+    EXPECT_TRUE(files.arePresent());
+    EXPECT_NO_THROW(files.verify());
+}
+
+} // namespace
+} // namespace corvandi

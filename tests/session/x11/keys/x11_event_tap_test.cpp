@@ -1,0 +1,418 @@
+#include "session/x11/keys/tap_fixture.h"
+
+#include "session/x11/keys/keymap_reader.h"
+#include "session/x11/keys/watched_chord.h"
+#include "session/x11/xcb_connection.h"
+
+#include <QProcess>
+
+#include <xcb/xinput.h>
+
+namespace corvandi::testing {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::Contains;
+using ::testing::Each;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Not;
+
+constexpr KeyChord optionSpace{};
+constexpr KeyChord bareF5{96, 0};
+constexpr KeyChord controlF6{97, modifier_flags::control};
+
+/// The tap on both kinds of keyboard: what a person types on, and what tests and remote sessions use.
+class X11EventTapTest : public TapFixture, public ::testing::WithParamInterface<TestKeyboard::Kind> {
+protected:
+    TestKeyboard keyboard{GetParam()};
+};
+
+const char* nameOfKind(const ::testing::TestParamInfo<TestKeyboard::Kind>& kind)
+{
+    return kind.param == TestKeyboard::Kind::synthetic ? "Synthetic" : "Hardware";
+}
+
+INSTANTIATE_TEST_SUITE_P(Keyboards, X11EventTapTest,
+                         ::testing::Values(TestKeyboard::Kind::synthetic, TestKeyboard::Kind::hardware),
+                         nameOfKind);
+
+TEST_P(X11EventTapTest, TheChordIsReportedAndNeverReachesTheApplication)
+{
+    install();
+    EXPECT_TRUE(strikeIsHeard(keyboard, key::leftAlt, key::space));
+
+    const auto down = std::find_if(events.begin(), events.end(),
+                                   [](const KeyEvent& event) { return event.type == KeyEventType::keyDown; });
+    ASSERT_NE(down, events.end());
+    EXPECT_EQ(down->keyCode, virtual_key::space);
+    EXPECT_EQ(down->flags, modifier_flags::option);
+    for (const auto& event : witness.take())
+        EXPECT_NE(event.keyCode, key::space);
+}
+
+TEST_P(X11EventTapTest, TheApplicationKeepsTheFocusAndSeesTheModifierComeAndGo)
+{
+    install();
+    EXPECT_TRUE(strikeIsHeard(keyboard, key::leftAlt, key::space));
+
+    int altEvents = 0;
+    for (const auto& event : witness.take()) {
+        EXPECT_NE(event.happening, KeyWitness::Happening::focusOut);
+        altEvents += event.keyCode == key::leftAlt;
+    }
+    EXPECT_EQ(altEvents, 2);
+}
+
+TEST_P(X11EventTapTest, AKeyWithoutMeaningIsPlayedSoThatAltIsNoLoneTap)
+{
+    install();
+    EXPECT_TRUE(strikeIsHeard(keyboard, key::leftAlt, key::space));
+
+    const auto keymap = readKeymap(keyboard.connection(), XCB_XKB_ID_USE_CORE_KBD);
+    ASSERT_TRUE(keymap && keymap->neutralKey());
+    EXPECT_THAT(witness.takePresses(), ElementsAre(key::leftAlt, *keymap->neutralKey()));
+}
+
+TEST_P(X11EventTapTest, OtherKeysPassWhileTheChordIsHeld)
+{
+    install();
+    keyboard.press(key::leftAlt);
+    keyboard.press(key::space);
+    ASSERT_TRUE(hears(KeyEventType::keyDown));
+    keyboard.strike(key::a);
+    EXPECT_THAT(witness.takePresses(), Contains(key::a));
+}
+
+/// Keys that repeat soon and fast.
+class X11EventTapRepeatTest : public X11EventTapTest {
+protected:
+    void SetUp() override { ASSERT_TRUE(run(QStringLiteral("xset"), words("r rate 50 100"))); }
+    void TearDown() override
+    {
+        EXPECT_TRUE(run(QStringLiteral("xset"), words("r rate")));
+        EXPECT_TRUE(setLayout(QStringLiteral("us")));
+    }
+
+    static QStringList words(const char* line) { return QString::fromLatin1(line).split(QLatin1Char(' ')); }
+
+    /// A layout that uses all keys, so that none without meaning is left.
+    void giveEveryKeyASymbol()
+    {
+        QStringList assignments;
+        const auto keymap = readKeymap(keyboard.connection(), XCB_XKB_ID_USE_CORE_KBD);
+        ASSERT_TRUE(keymap);
+        for (const uint8_t empty : keymap->emptyKeys())
+            assignments << QStringLiteral("-e") << QStringLiteral("keycode %1 = F35").arg(empty);
+        ASSERT_TRUE(run(QStringLiteral("xmodmap"), assignments));
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Keyboards, X11EventTapRepeatTest,
+                         ::testing::Values(TestKeyboard::Kind::synthetic, TestKeyboard::Kind::hardware),
+                         nameOfKind);
+
+TEST_P(X11EventTapRepeatTest, TheHeldChordDoesNotRepeat)
+{
+    install();
+    keyboard.press(key::leftAlt);
+    keyboard.press(key::space);
+    runFor(300ms);
+    EXPECT_EQ(count(KeyEventType::keyDown), 1);
+    EXPECT_THAT(witness.takePresses(), Not(Contains(key::space)));
+}
+
+TEST_P(X11EventTapRepeatTest, WhereItMustRepeatTheRepeatsAreSwallowedToo)
+{
+    giveEveryKeyASymbol();
+    install();
+    keyboard.press(key::leftAlt);
+    keyboard.press(key::space);
+    EXPECT_TRUE(hears(KeyEventType::keyDown, 5)) << "the keyboard does not repeat";
+    keyboard.release(key::space);
+    EXPECT_TRUE(hears(KeyEventType::keyUp));
+    runFor(50ms);
+    EXPECT_EQ(count(KeyEventType::keyUp), 1);
+    EXPECT_THAT(witness.takePresses(), ElementsAre(key::leftAlt));
+}
+
+TEST_P(X11EventTapTest, AModifierThatGoesFirstIsReportedAndSoIsTheKeysRelease)
+{
+    install();
+    keyboard.press(key::leftAlt);
+    keyboard.press(key::space);
+    ASSERT_TRUE(hears(KeyEventType::keyDown));
+    events.clear();
+
+    keyboard.release(key::leftAlt);
+    ASSERT_TRUE(hears(KeyEventType::flagsChanged));
+    EXPECT_EQ(events.back().flags & modifier_flags::option, 0U);
+    EXPECT_EQ(count(KeyEventType::keyUp), 0);
+
+    keyboard.release(key::space);
+    EXPECT_TRUE(hears(KeyEventType::keyUp));
+}
+
+TEST_P(X11EventTapTest, FurtherModifiersAndLocksDoNotPreventAMatch)
+{
+    install();
+    for (const uint8_t extra : {key::leftControl, key::leftShift, key::leftSuper}) {
+        keyboard.press(extra);
+        EXPECT_TRUE(strikeIsHeard(keyboard, key::leftAlt, key::space)) << int{extra};
+        keyboard.release(extra);
+    }
+    for (const uint8_t lock : {key::capsLock, key::numLock}) {
+        keyboard.strike(lock);
+        EXPECT_TRUE(strikeIsHeard(keyboard, key::leftAlt, key::space)) << int{lock};
+        keyboard.strike(lock);
+    }
+    EXPECT_THAT(witness.takePresses(), Not(Contains(key::space)));
+}
+
+TEST_P(X11EventTapTest, TheKeyWithoutItsModifierPasses)
+{
+    install();
+    keyboard.strike(key::space);
+    keyboard.press(key::leftControl);
+    keyboard.strike(key::space);
+    keyboard.release(key::leftControl);
+    EXPECT_THAT(witness.takePresses(), ElementsAre(key::space, key::leftControl, key::space));
+    runFor(20ms);
+    EXPECT_EQ(count(KeyEventType::keyDown), 0);
+    EXPECT_EQ(count(KeyEventType::keyUp), 0);
+}
+
+TEST_P(X11EventTapTest, AQuickTapIsReportedWhole)
+{
+    install();
+    for (int tapNumber = 1; tapNumber <= 50; ++tapNumber) {
+        keyboard.press(key::leftAlt);
+        keyboard.strike(key::space);
+        keyboard.release(key::leftAlt);
+        ASSERT_TRUE(hears(KeyEventType::keyUp, tapNumber));
+    }
+    EXPECT_EQ(count(KeyEventType::keyDown), 50);
+    EXPECT_THAT(witness.takePresses(), Not(Contains(key::space)));
+}
+
+TEST_P(X11EventTapTest, AChordWithoutModifiersIsClaimedWhateverIsHeld)
+{
+    install(bareF5);
+    keyboard.strike(key::f5);
+    EXPECT_TRUE(hears(KeyEventType::keyUp));
+    EXPECT_TRUE(strikeIsHeard(keyboard, key::leftShift, key::f5));
+    EXPECT_THAT(witness.takePresses(), Not(Contains(key::f5)));
+}
+
+TEST_P(X11EventTapTest, ItComesBeforeACoreGrabOfTheSameChord)
+{
+    KeyWitness grabber;
+    const auto root = keyboard.connection().root();
+    xcb_grab_key(grabber.connection(), 0, root, XCB_MOD_MASK_1, key::space, XCB_GRAB_MODE_ASYNC,
+                 XCB_GRAB_MODE_ASYNC);
+    install();
+    xcb_grab_key(grabber.connection(), 0, root, XCB_MOD_MASK_1 | XCB_MOD_MASK_SHIFT, key::space,
+                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    witness.focus();
+    (void)grabber.take();
+
+    EXPECT_TRUE(strikeIsHeard(keyboard, key::leftAlt, key::space));
+    keyboard.press(key::leftShift);
+    EXPECT_TRUE(strikeIsHeard(keyboard, key::leftAlt, key::space));
+    EXPECT_THAT(grabber.takePresses(), Not(Contains(key::space)));
+}
+
+TEST_P(X11EventTapTest, ItSurvivesAChangeOfTheLayout)
+{
+    install();
+    for (const auto* layout : {"de", "fr", "us"}) {
+        ASSERT_TRUE(setLayout(QLatin1String(layout)));
+        EXPECT_TRUE(strikeIsHeard(keyboard, key::leftAlt, key::space)) << layout;
+    }
+}
+
+TEST_P(X11EventTapTest, AnotherChordReplacesThePresentOne)
+{
+    install();
+    ASSERT_TRUE(tap->watch(controlF6));
+    EXPECT_TRUE(strikeIsHeard(keyboard, key::leftControl, key::f6));
+    EXPECT_EQ(events.front().type, KeyEventType::flagsChanged);
+    (void)witness.take();
+
+    keyboard.press(key::leftAlt);
+    keyboard.strike(key::space);
+    EXPECT_THAT(witness.takePresses(), Contains(key::space));
+}
+
+TEST_P(X11EventTapTest, AKeyThatIsHeldWhileTheChordChangesIsStillReportedUp)
+{
+    install();
+    keyboard.press(key::leftAlt);
+    keyboard.press(key::space);
+    ASSERT_TRUE(hears(KeyEventType::keyDown));
+    ASSERT_TRUE(tap->watch(controlF6));
+    keyboard.release(key::space);
+    ASSERT_TRUE(hears(KeyEventType::keyUp));
+    EXPECT_EQ(events.back().keyCode, virtual_key::space);
+}
+
+TEST_P(X11EventTapTest, ATapThatIsOffLeavesTheChordToOthers)
+{
+    install();
+    tap->setEnabled(false);
+    const auto other = create(optionSpace);
+    EXPECT_NE(other, nullptr);
+    keyboard.press(key::leftAlt);
+    keyboard.strike(key::space);
+    EXPECT_THAT(witness.takePresses(), Contains(key::space));
+    keyboard.release(key::leftAlt);
+    runFor(20ms);
+    EXPECT_THAT(events, IsEmpty());
+
+    tap->setEnabled(true);
+    EXPECT_TRUE(strikeIsHeard(keyboard, key::leftAlt, key::space));
+}
+
+TEST_P(X11EventTapTest, ADestroyedTapGivesTheChordBack)
+{
+    install();
+    tap.reset();
+    keyboard.press(key::leftAlt);
+    keyboard.strike(key::space);
+    EXPECT_THAT(witness.takePresses(), Contains(key::space));
+}
+
+class X11EventTapRefusalTest : public TapFixture {};
+
+TEST_F(X11EventTapRefusalTest, AChordThatAProgramOfTheSameKindHoldsIsRefusedByName)
+{
+    install();
+    EXPECT_EQ(create(optionSpace), nullptr);
+    EXPECT_TRUE(log.contains(QStringLiteral("another program holds the hotkey Option+key 49")));
+}
+
+TEST_F(X11EventTapRefusalTest, AfterARefusedChangeNothingIsWatched)
+{
+    install();
+    const auto other = create(controlF6);
+    ASSERT_NE(other, nullptr);
+    other->setEnabled(true);
+    EXPECT_FALSE(other->watch(optionSpace));
+
+    TestKeyboard keyboard(TestKeyboard::Kind::synthetic);
+    keyboard.press(key::leftControl);
+    keyboard.strike(key::f6);
+    EXPECT_THAT(witness.takePresses(), Contains(key::f6));
+}
+
+TEST_F(X11EventTapRefusalTest, AGrabOnTheMasterKeyboardDoesNotHinder)
+{
+    KeyWitness grabber;
+    TestKeyboard keyboard(TestKeyboard::Kind::synthetic);
+    const auto masks = masksContaining(x11_mask::alt);
+    const uint32_t wanted = XCB_INPUT_XI_EVENT_MASK_KEY_PRESS;
+    const auto version = owned(xcb_input_xi_query_version_reply(
+        grabber.connection(), xcb_input_xi_query_version(grabber.connection(), 2, 2), nullptr));
+    ASSERT_TRUE(version);
+    const auto cookie = xcb_input_xi_passive_grab_device(
+        grabber.connection(), XCB_CURRENT_TIME, keyboard.connection().root(), XCB_NONE, key::space,
+        XCB_INPUT_DEVICE_ALL_MASTER, static_cast<uint16_t>(masks.size()), 1, XCB_INPUT_GRAB_TYPE_KEYCODE,
+        XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_INPUT_GRAB_OWNER_NO_OWNER, &wanted,
+        masks.data());
+    const auto reply = owned(xcb_input_xi_passive_grab_device_reply(grabber.connection(), cookie, nullptr));
+    ASSERT_TRUE(reply && reply->num_modifiers == 0);
+
+    install();
+    EXPECT_TRUE(strikeIsHeard(keyboard, key::leftAlt, key::space));
+}
+
+TEST_F(X11EventTapRefusalTest, AChordThatIsPartlyTakenIsWatchedAndTheLogSaysSo)
+{
+    const auto connection = X11Connection::open(log);
+    ASSERT_TRUE(connection);
+    ChordGrabs part(*connection, {key::space, x11_mask::alt | x11_mask::shift});
+    ASSERT_EQ(part.claim(), ChordGrabs::Outcome::everything);
+
+    install();
+    EXPECT_TRUE(log.contains(QStringLiteral("a part of the hotkey Option+key 49")));
+    TestKeyboard keyboard(TestKeyboard::Kind::synthetic);
+    EXPECT_TRUE(strikeIsHeard(keyboard, key::leftAlt, key::space));
+}
+
+TEST_F(X11EventTapRefusalTest, AKeyThatXCannotNameIsRefused)
+{
+    EXPECT_EQ(create(KeyChord{63, 0}), nullptr);
+    EXPECT_TRUE(log.contains(QStringLiteral("the hotkey key 63 has no key here")));
+}
+
+class X11EventTapFollowsKeyboardsTest : public TapFixture {
+protected:
+    /// Plugs in a second pair of master devices, which brings a slave keyboard along.
+    [[nodiscard]] std::optional<KeyboardDevice> plugIn()
+    {
+        const auto before = slaveKeyboards(keyboard.connection());
+        struct {
+            xcb_input_add_master_t head;
+            char name[8];
+        } change{{XCB_INPUT_HIERARCHY_CHANGE_TYPE_ADD_MASTER, sizeof(change) / 4, 6, 1, 1}, "second"};
+        xcb_input_xi_change_hierarchy(keyboard.connection().get(), 1,
+                                      reinterpret_cast<const xcb_input_hierarchy_change_t*>(&change));
+        for (const KeyboardDevice& device : slaveKeyboards(keyboard.connection())) {
+            const bool known = std::any_of(before.begin(), before.end(),
+                                           [&](const KeyboardDevice& old) { return old.id == device.id; });
+            if (!known)
+                return device;
+        }
+        return std::nullopt;
+    }
+
+    void unplug(const KeyboardDevice& device)
+    {
+        const xcb_input_remove_master_t change{XCB_INPUT_HIERARCHY_CHANGE_TYPE_REMOVE_MASTER,
+                                               sizeof(change) / 4,
+                                               device.master,
+                                               XCB_INPUT_CHANGE_MODE_FLOAT,
+                                               {},
+                                               0,
+                                               0};
+        xcb_input_xi_change_hierarchy(keyboard.connection().get(), 1,
+                                      reinterpret_cast<const xcb_input_hierarchy_change_t*>(&change));
+        (void)slaveKeyboards(keyboard.connection());
+    }
+
+    TestKeyboard keyboard{TestKeyboard::Kind::synthetic};
+};
+
+TEST_F(X11EventTapFollowsKeyboardsTest, AKeyboardThatIsPluggedInLaterHasTheChordToo)
+{
+    install();
+    const auto device = plugIn();
+    ASSERT_TRUE(device);
+    {
+        TestKeyboard second(device->id);
+        EXPECT_TRUE(waitUntil([&] {
+            second.press(key::leftAlt);
+            second.strike(key::space);
+            second.release(key::leftAlt);
+            return count(KeyEventType::keyUp) > 0;
+        }));
+    }
+    unplug(*device);
+    EXPECT_TRUE(strikeIsHeard(keyboard, key::leftAlt, key::space));
+}
+
+TEST_F(X11EventTapFollowsKeyboardsTest, AKeyboardThatIsPulledOutWhileTheChordIsHeldEndsThePress)
+{
+    const auto device = plugIn();
+    ASSERT_TRUE(device);
+    install();
+    TestKeyboard second(device->id);
+    second.press(key::leftAlt);
+    second.press(key::space);
+    ASSERT_TRUE(hears(KeyEventType::keyDown));
+    unplug(*device);
+    EXPECT_TRUE(hears(KeyEventType::keyUp));
+}
+
+} // namespace
+} // namespace corvandi::testing
