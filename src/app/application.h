@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ports/system_log.h"
-#include "session/session.h"
+#include "session/find_window_system.h"
 
 #include <memory>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/dictation/platform.h"
-#include "session/session.h"
+#include "session/find_window_system.h"
 #include "system/accessibility/at_spi_accessibility_client.h"
 #include "system/accessibility/at_spi_focus.h"
 #include "system/audio/pulse_audio_input.h"

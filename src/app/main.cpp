@@ -1,6 +1,6 @@
 #include "app/application.h"
 #include "app/refused_session.h"
-#include "session/session.h"
+#include "session/find_window_system.h"
 #include "system/log/linux_system_log.h"
 #include "system/process/single_instance.h"
 #include "system/process/termination_signals.h"

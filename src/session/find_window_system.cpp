@@ -1,4 +1,5 @@
-#include "session/session.h"
+#include "session/find_window_system.h"
+
 #include "session/x11/x11_desktop_session.h"
 #include "session/x11/xcb_connection.h"
 
@@ -19,9 +20,9 @@ SessionRefusal waylandRefusal()
     return {
         .reason = QStringLiteral("this is a Wayland session, in which no hotkey can be watched yet; "
                                  "log in to an X11 session"),
-        .words = QCoreApplication::translate("SessionRefusal",
-                                             "Corvandi can't work in a Wayland session yet. Log in to an X11 session."),
-        .toolkitPlatform = QStringLiteral("wayland;xcb"),
+        .words = QCoreApplication::translate(
+            "SessionRefusal", "Corvandi can't work in a Wayland session yet. Log in to an X11 session."),
+        .toolkitPlatform = QStringLiteral("xcb;wayland"),
     };
 }
 

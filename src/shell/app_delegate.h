@@ -3,8 +3,8 @@
 #include "base/main_queue.h"
 #include "core/dictation/dictation_controller.h"
 #include "ports/activation_policy.h"
-#include "ports/managed_windows.h"
 #include "ports/user_defaults.h"
+#include "shell/managed_windows.h"
 #include "shell/panes/settings_navigator.h"
 #include "shell/permissions/permissions_model.h"
 

@@ -36,6 +36,21 @@ TEST(TheTraysMenu, TellsTheHotkeyOpensTheSettingsAndQuits)
     EXPECT_EQ(session.program().process().waitUntilEnded(), 0);
 }
 
+TEST(InAWaylandSession, TheMenuSaysThatNothingWorksAndTheProgramCanBeQuit)
+{
+    ShellSession session({"tray=xfce4-panel"});
+    harness::Program program = session.launch({"env", "WAYLAND_DISPLAY=wayland-0"});
+    program.waitForLine("this is a Wayland session, in which no hotkey can be watched yet");
+    const TrayMenu menu(program.process().id());
+    EXPECT_TRUE(
+        menu.waitForStatus("Corvandi can't work in a Wayland session yet. Log in to an X11 session."));
+    EXPECT_EQ(menu.lines().size(), 3U);
+    EXPECT_FALSE(program.lineWith("Corvandi: ready"));
+
+    menu.choose("Quit Corvandi");
+    EXPECT_EQ(program.process().waitUntilEnded(), 0);
+}
+
 TEST(TheSettings, AreOneWindowThatKeepsItsPageAndClosingAllWindowsEndsNothing)
 {
     ShellSession session;

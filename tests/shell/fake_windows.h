@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ports/activation_policy.h"
-#include "ports/managed_windows.h"
+#include "shell/managed_windows.h"
 
 #include <vector>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "session/session.h"
+#include "ports/desktop_session.h"
 #include "session/x11/clipboard/x11_pasteboard.h"
 #include "session/x11/keys/watched_chord.h"
 #include "session/x11/keys/x11_event_tap.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ports/managed_windows.h"
+#include "shell/managed_windows.h"
 
 #include <QWidget>
 
