@@ -7,7 +7,8 @@
 
 namespace corvandi {
 
-/// The program: the one place where every object is created, wired and owned.
+/// The program: the one place where the objects that live as long as it does are created, wired and owned.
+/// (Those that make up a dictation are made by its controller.)
 ///
 /// Thread: main thread only, after the application object of the toolkit.
 class Application {
