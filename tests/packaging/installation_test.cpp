@@ -87,8 +87,11 @@ TEST_F(InstallationTest, TheDesktopEntryIsValid)
 
 TEST_F(InstallationTest, TheDescriptionForSoftwareCentresIsValid)
 {
-    // Fails with a status of its own, which throws.
-    EXPECT_NE(outputOf({"appstreamcli", "validate-tree", "--no-net", installation->root()}), "");
+    // Newer validators miss a homepage, which Corvandi does not have; older ones do not know that remark.
+    // Anything else fails with a status of its own, which throws.
+    const std::string validate = "appstreamcli validate-tree --no-net " + installation->root().string();
+    EXPECT_NE(outputOf({"sh", "-c", validate + " || " + validate + " --override=url-homepage-missing=info"}),
+              "");
 }
 
 TEST_F(InstallationTest, TheManualPageNamesTheVersion)
