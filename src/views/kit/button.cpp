@@ -99,10 +99,6 @@ void Button::keyPressEvent(QKeyEvent* event)
     QPushButton::keyPressEvent(event);
 }
 
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
-
 IconButton::IconButton(Symbol symbol, const QString& name, IconButtonRole role, QWidget* parent)
     : QAbstractButton(parent)
     , symbol_(symbol)

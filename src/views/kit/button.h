@@ -37,10 +37,6 @@ private:
     ButtonRole role_;
 };
 
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
-
 enum class IconButtonRole {
     standard,
     /// Its symbol turns to the colour of failures when the pointer is on it.

@@ -53,9 +53,6 @@ void Card::paintEvent(QPaintEvent*)
     }
 }
 
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
 namespace {
 
 QColor colorOf(SymbolTint tint, const Colors& colors)
@@ -93,9 +90,6 @@ void SymbolView::paintEvent(QPaintEvent*)
     QPainter(this).drawPixmap(rect(), symbolPixmap(symbol_, size(), color, devicePixelRatioF()));
 }
 
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
 namespace {
 
 constexpr int symbolSize = 44;

@@ -28,10 +28,6 @@ private:
     QVBoxLayout& layout_;
 };
 
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
-
 enum class SymbolTint { text, secondary, accent, positive, destructive };
 
 /// A symbol of a fixed size, for decoration: it is not read out.
@@ -51,10 +47,6 @@ private:
     int points_;
     SymbolTint tint_;
 };
-
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
 
 /// Says in the middle of its place that there is nothing to show, and why.
 class EmptyState : public QWidget {

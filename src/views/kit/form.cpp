@@ -87,9 +87,6 @@ void ToggleRow::mouseReleaseEvent(QMouseEvent* event)
         toggle_.click();
 }
 
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
 namespace {
 
 /// Headers and footers stand a little in from the edge of the card.
@@ -146,9 +143,6 @@ void FormSection::setFooter(const QString& text)
     footer_.setOptionalText(text);
 }
 
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
 namespace {
 
 /// The column takes all there is before the space beside it gets anything.

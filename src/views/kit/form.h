@@ -56,10 +56,6 @@ private:
     Switch& toggle_;
 };
 
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
-
 /// A card with a header above it and a footer below it; either may be absent.
 class FormSection : public QWidget {
     Q_OBJECT
@@ -82,10 +78,6 @@ private:
     Card& card_;
     TextLabel& footer_;
 };
-
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
 
 /// A column of sections that scrolls when it is higher than its place; whatever gets the focus is
 /// scrolled into view. In wide windows the column stays readable and moves to the middle.

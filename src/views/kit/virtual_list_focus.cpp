@@ -98,9 +98,6 @@ void makeListsAccessible()
     QAccessible::installFactory(interfaceOf);
 }
 
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
 namespace {
 
 /// Of a row that is higher than the area, as much stays in view when it is scrolled by key.

@@ -53,9 +53,6 @@ TEST(MenuBarPictures, ASymbolThatIsNotThereIsNone)
     EXPECT_FALSE(symbolPicture(QStringLiteral("mic.empty"), QString()).has_value());
 }
 
-} // namespace
-namespace {
-
 /// A picture that fills its area.
 MenuBarImage block(const QSizeF& size)
 {
