@@ -26,6 +26,8 @@ QString translated(const char* text)
 
 } // namespace
 
+// The rules of the dictation, and what it says, are written in one platform's words (its file manager, its
+// "⌘V"); adapters of other platforms translate theirs into these.
 const std::set<QString> DictationController::injectionDenylist{QStringLiteral("com.apple.finder")};
 
 QCoro::Task<> DictationController::deliver(std::optional<Transcript> result, Target target)

@@ -8,7 +8,8 @@ namespace corvandi {
 /// that can't be recognised as either.
 enum class FocusTarget { editable, secure, unknown };
 
-/// Classifies the focused element. Keeps no state.
+/// Classifies the focused element. Keeps no state. The rules are written in one platform's names for
+/// roles ("AXTextField"); adapters of other platforms translate theirs into these.
 ///
 /// Thread: main thread only.
 class FocusInspector {

@@ -14,7 +14,7 @@ void GeneralPane::refresh()
 {
     launchAtLogin_ = parts_.loginItem.isEnabled();
     Q_EMIT changed();
-    modelLook_ = parts_.languageModel.refreshAvailability([this] { takeAvailability(); });
+    modelObservation_ = parts_.languageModel.refreshAvailability([this] { takeAvailability(); });
 }
 
 void GeneralPane::takeAvailability()

@@ -63,7 +63,7 @@ private:
     bool canEnableAppleIntelligence_ = false;
     bool launchAtLogin_ = false;
     std::optional<QString> launchAtLoginError_;
-    std::unique_ptr<Registration> modelLook_;
+    std::unique_ptr<Registration> modelObservation_;
 };
 
 } // namespace corvandi

@@ -49,7 +49,8 @@ struct AccessibleTraits {
     bool isSearchField = false;
 };
 
-/// The element in the terms of the classification, with all of its rules in one table.
+/// The element in the terms of the classification, with all of its rules in one table. The rules of the
+/// dictation are written in the role names of another platform ("AXTextField"): here they are translated.
 ///
 /// Text that the person cannot change (a label, a page, a field that is read-only) has no text
 /// attributes here, although it may implement the interface for reading text; buttons and other

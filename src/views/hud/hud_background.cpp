@@ -65,10 +65,10 @@ QImage drawShadow(const CapsuleShadow& shadow, const QRectF& capsule, const QSiz
 
 namespace {
 
-QRectF pillIn(const HUDBackground::Look& look)
+QRectF pillIn(const HUDBackground::Parameters& parameters)
 {
-    QRectF pill(QPointF(), look.pill);
-    pill.moveCenter(QRectF(QPointF(), look.view).center());
+    QRectF pill(QPointF(), parameters.pill);
+    pill.moveCenter(QRectF(QPointF(), parameters.view).center());
     return pill;
 }
 
@@ -135,21 +135,21 @@ QRegion capsuleRegion(const QRect& capsule)
     return region;
 }
 
-const QImage& HUDBackground::picture(const Look& look)
+const QImage& HUDBackground::picture(const Parameters& parameters)
 {
-    if (look == look_ && !picture_.isNull())
+    if (parameters == parameters_ && !picture_.isNull())
         return picture_;
-    look_ = look;
-    const bool isTranslucent = look.backdrop == HUDBackdrop::translucent;
-    const QRectF pill = pillIn(look);
-    picture_ = drawShadow(isTranslucent ? CapsuleShadow{} : CapsuleShadow{.opacity = 0}, pill, look.view,
-                          look.scale);
+    parameters_ = parameters;
+    const bool isTranslucent = parameters.backdrop == HUDBackdrop::translucent;
+    const QRectF pill = pillIn(parameters);
+    picture_ = drawShadow(isTranslucent ? CapsuleShadow{} : CapsuleShadow{.opacity = 0}, pill,
+                          parameters.view, parameters.scale);
     QPainter painter(&picture_);
     painter.setRenderHint(QPainter::Antialiasing);
     if (isTranslucent)
-        drawGlass(painter, pill, look.colors);
+        drawGlass(painter, pill, parameters.colors);
     else
-        drawOpaque(painter, pill, look.colors);
+        drawOpaque(painter, pill, parameters.colors);
     return picture_;
 }
 

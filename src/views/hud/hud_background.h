@@ -29,22 +29,24 @@ struct CapsuleShadow {
 /// changes, for that is most of the time.
 class HUDBackground {
 public:
-    struct Look {
+    /// What the picture depends on.
+    struct Parameters {
         QSizeF pill;
         QSize view;
         qreal scale = 1;
         HUDColors colors;
         HUDBackdrop backdrop = HUDBackdrop::translucent;
 
-        friend bool operator==(const Look&, const Look&) = default;
+        friend bool operator==(const Parameters&, const Parameters&) = default;
     };
 
     /// The capsule in the middle of the view. Against an opaque backdrop the view is filled all over and
     /// there is no shadow.
-    [[nodiscard]] const QImage& picture(const Look& look);
+    [[nodiscard]] const QImage& picture(const Parameters& parameters);
 
 private:
-    Look look_;
+    /// Of the picture that is kept.
+    Parameters parameters_;
     QImage picture_;
 };
 

@@ -53,26 +53,17 @@ void Card::paintEvent(QPaintEvent*)
     }
 }
 
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
 namespace {
 
 QColor colorOf(SymbolTint tint, const Colors& colors)
 {
     switch (tint) {
-    case SymbolTint::text:
-        return colors.text;
     case SymbolTint::secondary:
         return colors.secondaryText;
-    case SymbolTint::accent:
-        return colors.accent;
     case SymbolTint::positive:
         return colors.positive;
-    case SymbolTint::destructive:
-        return colors.destructive;
     }
-    return colors.text;
+    return colors.secondaryText;
 }
 
 } // namespace
@@ -93,9 +84,6 @@ void SymbolView::paintEvent(QPaintEvent*)
     QPainter(this).drawPixmap(rect(), symbolPixmap(symbol_, size(), color, devicePixelRatioF()));
 }
 
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
 namespace {
 
 constexpr int symbolSize = 44;

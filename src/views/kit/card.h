@@ -28,18 +28,14 @@ private:
     QVBoxLayout& layout_;
 };
 
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
-
-enum class SymbolTint { text, secondary, accent, positive, destructive };
+enum class SymbolTint { secondary, positive };
 
 /// A symbol of a fixed size, for decoration: it is not read out.
 class SymbolView : public QWidget {
     Q_OBJECT
 
 public:
-    SymbolView(Symbol symbol, int points, SymbolTint tint = SymbolTint::text, QWidget* parent = nullptr);
+    SymbolView(Symbol symbol, int points, SymbolTint tint, QWidget* parent = nullptr);
 
     [[nodiscard]] QSize sizeHint() const override { return {points_, points_}; }
 
@@ -51,10 +47,6 @@ private:
     int points_;
     SymbolTint tint_;
 };
-
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
 
 /// Says in the middle of its place that there is nothing to show, and why.
 class EmptyState : public QWidget {

@@ -44,9 +44,6 @@ void ScrollBar::paintEvent(QPaintEvent*)
     paintPanel(painter, handle, handle.width() / 2, mixed(colors.window, colors.text, isNear ? 0.5F : 0.32F));
 }
 
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
 namespace {
 
 using namespace std::chrono_literals;
@@ -131,9 +128,6 @@ void Switch::leaveEvent(QEvent* event)
     update();
 }
 
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
 namespace {
 
 constexpr int chevronSize = 12;
@@ -214,9 +208,6 @@ void PopUpButton::wheelEvent(QWheelEvent* event)
         event->ignore();
 }
 
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
 namespace {
 
 constexpr int symbolSize = 14;

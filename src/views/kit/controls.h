@@ -25,10 +25,6 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 };
 
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
-
 /// An on/off switch: a check box whose knob glides. Space and clicks turn it. Give it an accessible name;
 /// it shows no text.
 class Switch : public QAbstractButton {
@@ -54,10 +50,6 @@ private:
     QVariantAnimation animation_;
 };
 
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
-
 /// A combo box in the look of the other controls: what is chosen, and a chevron. It grows with its widest
 /// choice. Give it an accessible name. The wheel only turns it while it has the focus: else it would
 /// change things while somebody scrolls past.
@@ -74,10 +66,6 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
 };
-
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
 
 /// A line edit in the look of the other controls, with a symbol before the text if one is given (such as
 /// the magnifying glass of a search field). Give it an accessible name, or a placeholder, which is its

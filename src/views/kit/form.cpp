@@ -87,9 +87,6 @@ void ToggleRow::mouseReleaseEvent(QMouseEvent* event)
         toggle_.click();
 }
 
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
 namespace {
 
 /// Headers and footers stand a little in from the edge of the card.
@@ -146,9 +143,6 @@ void FormSection::setFooter(const QString& text)
     footer_.setOptionalText(text);
 }
 
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
 namespace {
 
 /// The column takes all there is before the space beside it gets anything.
@@ -185,11 +179,6 @@ FormSection& GroupedForm::addSection(const QString& header)
     auto& section = makeChild<FormSection>(column_, header);
     layout_.addWidget(&section);
     return section;
-}
-
-void GroupedForm::addWidget(QWidget& widget)
-{
-    layout_.addWidget(&widget);
 }
 
 QSize GroupedForm::minimumSizeHint() const

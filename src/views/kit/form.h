@@ -56,10 +56,6 @@ private:
     Switch& toggle_;
 };
 
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
-
 /// A card with a header above it and a footer below it; either may be absent.
 class FormSection : public QWidget {
     Q_OBJECT
@@ -83,10 +79,6 @@ private:
     TextLabel& footer_;
 };
 
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
-
 /// A column of sections that scrolls when it is higher than its place; whatever gets the focus is
 /// scrolled into view. In wide windows the column stays readable and moves to the middle.
 class GroupedForm : public QScrollArea {
@@ -96,10 +88,6 @@ public:
     explicit GroupedForm(QWidget* parent = nullptr);
 
     FormSection& addSection(const QString& header = {});
-    /// Any widget between the sections.
-    void addWidget(QWidget& widget);
-    /// The column, to be the parent of widgets that are added.
-    [[nodiscard]] QWidget& column() const { return column_; }
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 private:

@@ -47,10 +47,6 @@ Colors Colors::of(const QPalette& palette)
     };
 }
 
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
-
 void paintPanel(QPainter& painter, const QRectF& frame, qreal radius, const QColor& fill, const QColor& edge)
 {
     painter.save();

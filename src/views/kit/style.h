@@ -5,8 +5,6 @@
 #include <QRectF>
 #include <QWidget>
 
-#pragma once
-
 /// Lengths of the windows, in points.
 namespace corvandi::kit::metrics {
 
@@ -69,10 +67,6 @@ struct Colors {
 
 /// A colour between two: `share` of the second, 0...1.
 [[nodiscard]] QColor mixed(const QColor& one, const QColor& other, float share);
-
-} // namespace corvandi::kit
-
-namespace corvandi::kit {
 
 /// A filled rectangle with round corners; its edge, one point wide, lies inside of `frame`.
 void paintPanel(QPainter& painter, const QRectF& frame, qreal radius, const QColor& fill,

@@ -49,8 +49,8 @@ AppIcons::AppIcons(const AppCatalog& catalog, int points, qreal scale, QObject* 
     , scale_(scale)
     , generic_(tile(points, scale))
 {
-    next_.setSingleShot(true);
-    connect(&next_, &QTimer::timeout, this, &AppIcons::loadNext);
+    nextTurn_.setSingleShot(true);
+    connect(&nextTurn_, &QTimer::timeout, this, &AppIcons::loadNext);
 }
 
 QIcon AppIcons::icon(const QString& bundleID)
@@ -60,7 +60,7 @@ QIcon AppIcons::icon(const QString& bundleID)
         return *known;
     icons_.insert(bundleID, generic_);
     wanted_.push_back(bundleID);
-    next_.start();
+    nextTurn_.start();
     return generic_;
 }
 
@@ -69,7 +69,7 @@ void AppIcons::loadNext()
     const QString bundleID = wanted_.front();
     wanted_.pop_front();
     if (!wanted_.empty())
-        next_.start();
+        nextTurn_.start();
     const QIcon own = load(catalog_.icon(bundleID));
     if (own.isNull())
         return;

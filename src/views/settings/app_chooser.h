@@ -48,7 +48,7 @@ private:
     qreal scale_;
     QHash<QString, QIcon> icons_;
     std::deque<QString> wanted_;
-    QTimer next_;
+    QTimer nextTurn_;
     QIcon generic_;
 };
 

@@ -117,7 +117,7 @@ TEST_F(DeliveryTest, APasswordFieldAtDeliveryGetsNothingAndNothingIsCopied)
     EXPECT_TRUE(shows(HUDState::notice, "Dictation isn't available in password fields."));
 }
 
-TEST_F(DeliveryTest, AfterAnInsertionTheHudHidesIn150Milliseconds)
+TEST_F(DeliveryTest, AfterAnInsertionTheHUDHidesIn150Milliseconds)
 {
     dictate(words);
     EXPECT_TRUE(shows(HUDState::processing, "Inserting"));

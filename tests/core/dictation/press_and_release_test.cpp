@@ -35,7 +35,7 @@ TEST_F(DictationControllerTest, APressStartsNothingInsideTheCall)
     EXPECT_EQ(input.count("start"), 1);
 }
 
-TEST_F(DictationControllerTest, SoundGoesToTheTranscriberAndItsLevelToTheHud)
+TEST_F(DictationControllerTest, SoundGoesToTheTranscriberAndItsLevelToTheHUD)
 {
     press();
     input.deliver(sound(0.25F));
@@ -57,7 +57,7 @@ TEST_F(DictationControllerTest, WhatTheDeviceStillHoldsAtTheReleaseIsHeardAsWell
     recognise(words);
 }
 
-TEST_F(DictationControllerTest, ReleaseJustUnderTheMinimumHidesTheHudAndDeliversNothing)
+TEST_F(DictationControllerTest, ReleaseJustUnderTheMinimumHidesTheHUDAndDeliversNothing)
 {
     hold(350ms - 1ns);
     EXPECT_FALSE(panels.isVisible);
@@ -163,7 +163,7 @@ TEST_F(DictationControllerTest, APressWhileTheLastDictationIsTranscribedRecordsO
     EXPECT_TRUE(input.isRunning());
 }
 
-TEST_F(DictationControllerTest, TheEarlierDictationLeavesTheHudOfTheNewerOneAlone)
+TEST_F(DictationControllerTest, TheEarlierDictationLeavesTheHUDOfTheNewerOneAlone)
 {
     hold();
     press();

@@ -52,9 +52,6 @@ TEST(MenuEntries, LookDifferentInAnotherOrderOrNumber)
     EXPECT_FALSE(looksLike(longer, sample()));
 }
 
-} // namespace
-namespace {
-
 using ::testing::ElementsAre;
 using testing::FakeUserDefaults;
 

@@ -89,9 +89,6 @@ TEST_F(PermissionRowsTest, TheWelcomeOnlyAsks)
     EXPECT_THAT(systemSettings.opened, IsEmpty());
 }
 
-} // namespace
-namespace {
-
 using namespace std::chrono_literals;
 
 class WelcomeTest : public ::testing::Test {

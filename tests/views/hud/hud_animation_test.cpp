@@ -89,9 +89,6 @@ TEST(BarMeter, MoreOrFewerBarsAreShownAtOnce)
     EXPECT_THAT(meter.at(1s), ElementsAre(0.5));
 }
 
-} // namespace
-namespace {
-
 using namespace std::chrono_literals;
 
 constexpr auto response = 220ms;
@@ -180,9 +177,6 @@ TEST(Spring, AJumpIsAtOnceAndEndsTheMotion)
     EXPECT_TRUE(spring.isAtRest(50ms));
     EXPECT_EQ(spring.target(), 7);
 }
-
-} // namespace
-namespace {
 
 using namespace std::chrono_literals;
 using ::testing::Each;

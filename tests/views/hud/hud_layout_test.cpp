@@ -85,9 +85,6 @@ TEST_F(LineBreakingTest, NeverMoreThanTwoLinesWithinTheRoom)
         EXPECT_LE(width(line), 400);
 }
 
-} // namespace
-namespace {
-
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 

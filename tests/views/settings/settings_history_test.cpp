@@ -220,7 +220,7 @@ TEST_F(HistoryViewTest, ReturnCancelsTheConfirmation)
     ASSERT_TRUE(isShown(view));
     QTest::mouseClick(&named<QAbstractButton>(view, clearHistory), Qt::LeftButton);
     ASSERT_TRUE(waitUntil([&] { return confirmation()->isActiveWindow(); }));
-    const auto& cancel = named<QPushButton>(*confirmation(), QStringLiteral("Cancel"));
+    auto& cancel = named<QPushButton>(*confirmation(), QStringLiteral("Cancel"));
     EXPECT_TRUE(cancel.isDefault());
     EXPECT_TRUE(cancel.hasFocus());
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);

@@ -21,11 +21,11 @@ class SettingsPictures : public SettingsFixture, public ::testing::WithParamInte
 protected:
     SettingsPictures()
     {
-        QApplication::setPalette(isDarkLook() ? darkPalette(accent) : lightPalette(accent));
+        QApplication::setPalette(isDarkScheme() ? darkPalette(accent) : lightPalette(accent));
     }
     ~SettingsPictures() override { QApplication::setPalette(QPalette()); }
 
-    [[nodiscard]] static bool isDarkLook() { return QLatin1String(GetParam()) == QLatin1String("dark"); }
+    [[nodiscard]] static bool isDarkScheme() { return QLatin1String(GetParam()) == QLatin1String("dark"); }
 
     static void keep(QWidget& window, const QString& name)
     {

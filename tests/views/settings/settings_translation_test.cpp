@@ -12,6 +12,8 @@
 
 #include <QTranslator>
 
+#include <cmath>
+
 namespace corvandi::testing {
 namespace {
 
@@ -46,7 +48,10 @@ protected:
     static void expectTextFits(const QLabel& label)
     {
         EXPECT_GE(label.width(), label.minimumSizeHint().width()) << label.text().toStdString();
-        EXPECT_GE(label.height(), label.heightForWidth(label.width())) << label.text().toStdString();
+        // A window has whole device pixels: where these are no whole points, it may be a point lower than it
+        // asked for. A line that is missing takes more than ten.
+        const int lost = label.devicePixelRatioF() == std::floor(label.devicePixelRatioF()) ? 0 : 1;
+        EXPECT_GE(label.height() + lost, label.heightForWidth(label.width())) << label.text().toStdString();
     }
     static void expectControlFits(const QWidget& control)
     {

@@ -1,6 +1,4 @@
-#include "views/symbols/application_icon.h"
 #include "views/symbols/symbol.h"
-#include "views/symbols/symbol_icon.h"
 
 #include <QPainter>
 
@@ -57,32 +55,32 @@ QImage applicationSheet(const QColor& background, const QColor& ink)
     return image;
 }
 
-struct Look {
+struct Scheme {
     const char* name;
     QColor background;
     QColor ink;
 };
 
-const Look looks[] = {{"light", QColor(246, 246, 248), QColor(40, 40, 44)},
-                      {"dark", QColor(40, 40, 44), QColor(230, 230, 235)}};
+const Scheme schemes[] = {{"light", QColor(246, 246, 248), QColor(40, 40, 44)},
+                          {"dark", QColor(40, 40, 44), QColor(230, 230, 235)}};
 
 TEST(SymbolSheet, EverySymbolIsKeptAsAPicture)
 {
-    for (const Look& look : looks) {
+    for (const Scheme& scheme : schemes) {
         for (const int scale : {1, 2}) {
             const QString name =
-                QStringLiteral(SCREENSHOTS "/symbols_%1_%2x.png").arg(QLatin1String(look.name)).arg(scale);
-            EXPECT_TRUE(symbolSheet(look.background, look.ink, scale).save(name));
+                QStringLiteral(SCREENSHOTS "/symbols_%1_%2x.png").arg(QLatin1String(scheme.name)).arg(scale);
+            EXPECT_TRUE(symbolSheet(scheme.background, scheme.ink, scale).save(name));
         }
     }
 }
 
 TEST(SymbolSheet, TheApplicationsIconIsKeptAsAPicture)
 {
-    for (const Look& look : looks) {
+    for (const Scheme& scheme : schemes) {
         const QString name =
-            QStringLiteral(SCREENSHOTS "/application_icon_%1.png").arg(QLatin1String(look.name));
-        EXPECT_TRUE(applicationSheet(look.background, look.ink).save(name));
+            QStringLiteral(SCREENSHOTS "/application_icon_%1.png").arg(QLatin1String(scheme.name));
+        EXPECT_TRUE(applicationSheet(scheme.background, scheme.ink).save(name));
     }
 }
 
