@@ -19,7 +19,7 @@
 #include "views/menu/menu_view.h"
 #include "views/settings/managed_widget_windows.h"
 #include "views/settings/welcome_view.h"
-#include "views/symbols/application_icon.h"
+#include "views/symbols/symbol.h"
 
 #include <QApplication>
 

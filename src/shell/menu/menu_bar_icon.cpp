@@ -38,7 +38,7 @@ MenuBarImage MenuBarIcon::resolve(std::optional<MenuBarImage> resource, const Sy
     }
     std::optional<MenuBarImage> microphone;
     if (symbol)
-        microphone = symbol(QStringLiteral("mic.fill"), QStringLiteral("Corvandi"));
+        microphone = symbol(QStringLiteral("mic.fill"));
     return std::move(microphone).value_or(MenuBarImage());
 }
 

@@ -21,8 +21,6 @@ struct MenuBarImage {
     QSizeF size;
     /// A template is drawn in the colour of its surroundings, light or dark.
     bool isTemplate = false;
-    /// What the picture is called for those who can't see it.
-    QString accessibilityDescription;
     /// Not set: nothing is drawn.
     Paint paint;
 };
@@ -34,9 +32,8 @@ class MenuBarIcon {
 public:
     /// The program's own picture; nothing when it is missing or can't be read.
     using Resource = std::function<std::optional<MenuBarImage>()>;
-    /// The symbol of this name, with this description; nothing when there is none.
-    using SystemSymbol =
-        std::function<std::optional<MenuBarImage>(const QString& name, const QString& description)>;
+    /// The symbol of this name; nothing when there is none.
+    using SystemSymbol = std::function<std::optional<MenuBarImage>(const QString& name)>;
 
     MenuBarIcon(Resource resource, SystemSymbol symbol);
 

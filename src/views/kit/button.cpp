@@ -9,7 +9,6 @@
 namespace corvandi::kit {
 namespace {
 
-constexpr int iconGap = 6;
 constexpr int narrowest = 72;
 constexpr qreal paleness = 0.5;
 
@@ -22,8 +21,6 @@ QColor textColor(ButtonRole role, const Colors& colors)
         return colors.onAccent;
     case ButtonRole::destructive:
         return colors.destructive;
-    case ButtonRole::borderless:
-        return colors.text;
     }
     return colors.text;
 }
@@ -36,8 +33,6 @@ void paintFrame(QPainter& painter, const QRectF& frame, ButtonRole role, const C
         return paintPanel(painter, frame, metrics::controlRadius, colors.control, colors.controlEdge);
     case ButtonRole::prominent:
         return paintPanel(painter, frame, metrics::controlRadius, colors.accent);
-    case ButtonRole::borderless:
-        return;
     }
 }
 
@@ -48,7 +43,6 @@ Button::Button(const QString& text, ButtonRole role, QWidget* parent)
     , role_(role)
 {
     setAttribute(Qt::WA_Hover);
-    setIconSize({metrics::iconSize, metrics::iconSize});
     // Else the first button that is reached would take every Return in the window.
     setAutoDefault(false);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -57,11 +51,8 @@ Button::Button(const QString& text, ButtonRole role, QWidget* parent)
 QSize Button::sizeHint() const
 {
     const QFontMetrics metrics(font());
-    int width = metrics.horizontalAdvance(text()) + 2 * metrics::controlPadding;
-    if (!icon().isNull())
-        width += iconSize().width() + iconGap;
-    const int height = qMax(metrics::controlHeight, metrics.height() + 12);
-    return {role_ == ButtonRole::borderless ? width : qMax(width, narrowest), height};
+    const int width = metrics.horizontalAdvance(text()) + 2 * metrics::controlPadding;
+    return {qMax(width, narrowest), qMax(metrics::controlHeight, metrics.height() + 12)};
 }
 
 void Button::paintEvent(QPaintEvent*)
@@ -72,18 +63,13 @@ void Button::paintEvent(QPaintEvent*)
         painter.setOpacity(paleness);
     const QRectF frame(rect());
     paintFrame(painter, frame, role_, colors);
-    if (isEnabled() && (isDown() || isChecked() || underMouse()))
-        paintPanel(painter, frame, metrics::controlRadius,
-                   isDown() || isChecked() ? colors.pressed : colors.hover);
+    if (isEnabled() && (isDown() || underMouse()))
+        paintPanel(painter, frame, metrics::controlRadius, isDown() ? colors.pressed : colors.hover);
 
     const int textWidth = QFontMetrics(font()).horizontalAdvance(text());
-    const int iconWidth = icon().isNull() ? 0 : iconSize().width() + iconGap;
-    const int left = qMax(metrics::controlPadding, (width() - textWidth - iconWidth) / 2);
-    if (iconWidth > 0)
-        icon().paint(&painter, left, (height() - iconSize().height()) / 2, iconSize().width(),
-                     iconSize().height());
+    const int left = qMax(metrics::controlPadding, (width() - textWidth) / 2);
     painter.setPen(textColor(role_, colors));
-    painter.drawText(rect().adjusted(left + iconWidth, 0, 0, 0), Qt::AlignVCenter | Qt::AlignLeft, text());
+    painter.drawText(rect().adjusted(left, 0, 0, 0), Qt::AlignVCenter | Qt::AlignLeft, text());
     if (showsFocus(*this)) {
         const bool isFilled = role_ == ButtonRole::prominent;
         paintFocusRing(painter, isFilled ? frame.adjusted(2, 2, -2, -2) : frame,
@@ -111,12 +97,6 @@ IconButton::IconButton(Symbol symbol, const QString& name, IconButtonRole role, 
     setToolTip(name);
 }
 
-void IconButton::setSymbol(Symbol symbol)
-{
-    symbol_ = symbol;
-    update();
-}
-
 QSize IconButton::sizeHint() const
 {
     return {side, side};
@@ -138,9 +118,8 @@ void IconButton::paintEvent(QPaintEvent*)
     const Colors colors = Colors::of(*this);
     QPainter painter(this);
     const QRectF frame(rect());
-    if (isEnabled() && (isDown() || isChecked() || underMouse()))
-        paintPanel(painter, frame, metrics::controlRadius,
-                   isDown() || isChecked() ? colors.pressed : colors.hover);
+    if (isEnabled() && (isDown() || underMouse()))
+        paintPanel(painter, frame, metrics::controlRadius, isDown() ? colors.pressed : colors.hover);
     const QSize size(metrics::iconSize, metrics::iconSize);
     const QPoint corner((width() - size.width()) / 2, (height() - size.height()) / 2);
     painter.drawPixmap(QRect(corner, size), symbolPixmap(symbol_, size, symbolColor(), devicePixelRatioF()));

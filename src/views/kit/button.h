@@ -13,12 +13,10 @@ enum class ButtonRole {
     prominent,
     /// Cannot be undone: its text in the colour of failures.
     destructive,
-    /// No frame until the pointer is on it.
-    borderless,
 };
 
-/// A push button with a text, and an icon before it if one is set. An ampersand in the text is shown as
-/// it is; there are no mnemonics. Return presses it while it has the focus, as Space does.
+/// A push button with a text. An ampersand in it is shown as it is; there are no mnemonics. Return presses
+/// the button while it has the focus, as Space does.
 class Button : public QPushButton {
     Q_OBJECT
 
@@ -27,7 +25,6 @@ public:
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
-    [[nodiscard]] ButtonRole buttonRole() const { return role_; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -54,7 +51,6 @@ public:
     IconButton(Symbol symbol, const QString& name, IconButtonRole role = IconButtonRole::standard,
                QWidget* parent = nullptr);
 
-    void setSymbol(Symbol symbol);
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 

@@ -58,18 +58,12 @@ namespace {
 QColor colorOf(SymbolTint tint, const Colors& colors)
 {
     switch (tint) {
-    case SymbolTint::text:
-        return colors.text;
     case SymbolTint::secondary:
         return colors.secondaryText;
-    case SymbolTint::accent:
-        return colors.accent;
     case SymbolTint::positive:
         return colors.positive;
-    case SymbolTint::destructive:
-        return colors.destructive;
     }
-    return colors.text;
+    return colors.secondaryText;
 }
 
 } // namespace

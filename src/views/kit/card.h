@@ -28,14 +28,14 @@ private:
     QVBoxLayout& layout_;
 };
 
-enum class SymbolTint { text, secondary, accent, positive, destructive };
+enum class SymbolTint { secondary, positive };
 
 /// A symbol of a fixed size, for decoration: it is not read out.
 class SymbolView : public QWidget {
     Q_OBJECT
 
 public:
-    SymbolView(Symbol symbol, int points, SymbolTint tint = SymbolTint::text, QWidget* parent = nullptr);
+    SymbolView(Symbol symbol, int points, SymbolTint tint, QWidget* parent = nullptr);
 
     [[nodiscard]] QSize sizeHint() const override { return {points_, points_}; }
 

@@ -181,11 +181,6 @@ FormSection& GroupedForm::addSection(const QString& header)
     return section;
 }
 
-void GroupedForm::addWidget(QWidget& widget)
-{
-    layout_.addWidget(&widget);
-}
-
 QSize GroupedForm::minimumSizeHint() const
 {
     // Narrower than its widest row it would be cut off; it never scrolls sideways.

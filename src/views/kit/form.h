@@ -88,10 +88,6 @@ public:
     explicit GroupedForm(QWidget* parent = nullptr);
 
     FormSection& addSection(const QString& header = {});
-    /// Any widget between the sections.
-    void addWidget(QWidget& widget);
-    /// The column, to be the parent of widgets that are added.
-    [[nodiscard]] QWidget& column() const { return column_; }
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 private:

@@ -2,7 +2,7 @@
 
 #include "views/kit/child.h"
 #include "views/kit/text_label.h"
-#include "views/symbols/application_icon.h"
+#include "views/symbols/symbol.h"
 
 #include <QIcon>
 #include <QLabel>

@@ -33,7 +33,6 @@ class TextLabel : public QLabel {
 public:
     TextLabel(const QString& text, TextStyle style, QWidget* parent = nullptr);
 
-    [[nodiscard]] TextStyle textStyle() const { return style_; }
     void setTextStyle(TextStyle style);
     /// Sets the text; an empty one hides the label.
     void setOptionalText(const QString& text);

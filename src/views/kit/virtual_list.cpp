@@ -1,7 +1,6 @@
 #include "views/kit/virtual_list.h"
 
 #include "views/kit/style.h"
-#include "views/kit/virtual_list_focus.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -41,8 +40,8 @@ VirtualList::VirtualList(ListContent& content, QScrollArea& area, QWidget* paren
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     connect(area.verticalScrollBar(), &QScrollBar::valueChanged, this, &VirtualList::place);
     area.viewport()->installEventFilter(this);
-    next_.setSingleShot(true);
-    connect(&next_, &QTimer::timeout, this, &VirtualList::place);
+    nextTurn_.setSingleShot(true);
+    connect(&nextTurn_, &QTimer::timeout, this, &VirtualList::place);
 }
 
 VirtualList::~VirtualList() = default;
@@ -109,7 +108,7 @@ void VirtualList::place()
     if (isPlacing_ || !isVisible())
         return;
     const QScopedValueRollback guard(isPlacing_, true);
-    work_ = 0;
+    workInTurn_ = 0;
     for (int pass = 0; pass < mostPasses && placeOnce(); ++pass) {
     }
     arrangeRows();
@@ -157,7 +156,7 @@ void VirtualList::makeVisibleRows()
         if (items_[end].row || mayTakeRow())
             makeRowAt(end);
         else
-            next_.start();
+            nextTurn_.start();
     }
     if (!focus() && end > first)
         setCurrent(std::clamp(current_, first, end - 1));
@@ -174,7 +173,7 @@ void VirtualList::showItem(ListRow& row, std::size_t index)
 
 bool VirtualList::mayTakeRow() const
 {
-    return work_ < workPerTurn;
+    return workInTurn_ < workPerTurn;
 }
 
 void VirtualList::makeRowAt(std::size_t index)
@@ -194,9 +193,9 @@ void VirtualList::makeRowAt(std::size_t index)
 
 ListRow& VirtualList::takeRow()
 {
-    ++work_;
+    ++workInTurn_;
     if (spare_.empty()) {
-        work_ += makingRow;
+        workInTurn_ += makingRow;
         spare_.push_back(content_.makeRow().release());
         adopt(*spare_.back());
     }

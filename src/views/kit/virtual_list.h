@@ -53,8 +53,6 @@ public:
     void setFallbackFocus(QWidget& widget) { fallback_ = &widget; }
     /// The rows that exist, from the top.
     [[nodiscard]] std::vector<ListRow*> rows() const;
-    /// Scrolls to the item and gives its row the focus.
-    void focusItem(std::size_t index);
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
@@ -83,6 +81,8 @@ private:
         std::size_t stop = 0;
     };
 
+    /// Tells Qt how screen readers are to see lists, their rows, and `SelectableText`.
+    static void makeListsAccessible();
     void place();
     /// Whether another pass is needed.
     [[nodiscard]] bool placeOnce();
@@ -127,9 +127,9 @@ private:
     int shownHeight_ = 0;
     int narrowestRow_ = 0;
     bool isPlacing_ = false;
-    /// Done in this turn; the next one goes on with it.
-    int work_ = 0;
-    QTimer next_;
+    /// Done in this turn of the event loop; the next one goes on.
+    int workInTurn_ = 0;
+    QTimer nextTurn_;
 };
 
 } // namespace corvandi::kit

@@ -1,6 +1,4 @@
-// The part of the list that has to do with the keyboard.
-#include "views/kit/virtual_list_focus.h"
-
+// The part of the list that has to do with the keyboard and with screen readers.
 #include "views/kit/selectable_text.h"
 #include "views/kit/style.h"
 #include "views/kit/virtual_list.h"
@@ -93,7 +91,7 @@ QAccessibleInterface* interfaceOf(const QString&, QObject* object)
 
 } // namespace
 
-void makeListsAccessible()
+void VirtualList::makeListsAccessible()
 {
     QAccessible::installFactory(interfaceOf);
 }
@@ -190,12 +188,6 @@ std::size_t VirtualList::pageAway(int direction) const
     if (direction < 0)
         return std::min(away, current_ > 0 ? current_ - 1 : 0);
     return std::max(away, std::min(current_ + 1, items_.size() - 1));
-}
-
-void VirtualList::focusItem(std::size_t index)
-{
-    if (index < items_.size())
-        moveFocus(index, 0, Qt::TabFocusReason);
 }
 
 void VirtualList::moveFocus(std::size_t index, std::size_t stop, Qt::FocusReason reason)

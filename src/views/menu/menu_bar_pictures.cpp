@@ -41,7 +41,7 @@ std::optional<MenuBarImage> programPicture()
     }
 }
 
-std::optional<MenuBarImage> symbolPicture(const QString& name, const QString& description)
+std::optional<MenuBarImage> symbolPicture(const QString& name)
 {
     // The names of symbols have dots, those of files don't.
     const QString fileName = QString(name).replace(QLatin1Char('.'), QLatin1Char('_'));
@@ -49,9 +49,7 @@ std::optional<MenuBarImage> symbolPicture(const QString& name, const QString& de
                                       [&](Symbol candidate) { return symbolName(candidate) == fileName; });
     if (symbol == std::end(allSymbols))
         return std::nullopt;
-    MenuBarImage image = imageOf(*symbol);
-    image.accessibilityDescription = description;
-    return image;
+    return imageOf(*symbol);
 }
 
 namespace {
@@ -106,6 +104,8 @@ public:
         else
             image_.paint(*painter, fitted(image_.size, frame), glyphColor);
     }
+    /// Counts device pixels in every version of Qt. What `scaledPixmap` is given does so only before 6.8, and
+    /// points since: left as it is, it calls this one with pixels.
     QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override
     {
         QPixmap picture(size);

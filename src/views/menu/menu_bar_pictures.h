@@ -10,7 +10,7 @@ namespace corvandi {
 [[nodiscard]] std::optional<MenuBarImage> programPicture();
 
 /// The symbol of this name; nothing when there is none.
-[[nodiscard]] std::optional<MenuBarImage> symbolPicture(const QString& name, const QString& description);
+[[nodiscard]] std::optional<MenuBarImage> symbolPicture(const QString& name);
 
 /// An icon for trays, drawn sharp at every size and scale, in the middle of a square.
 ///

@@ -1,6 +1,6 @@
 #include "views/settings/managed_widget_windows.h"
 
-#include "views/symbols/application_icon.h"
+#include "views/symbols/symbol.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>

@@ -4,7 +4,7 @@
 #include "views/kit/child.h"
 #include "views/settings/managed_widget_windows.h"
 #include "views/settings/permissions_pane_view.h"
-#include "views/symbols/application_icon.h"
+#include "views/symbols/symbol.h"
 
 #include <QCoreApplication>
 #include <QHideEvent>

@@ -35,12 +35,8 @@ QString symbolName(Symbol symbol)
         return QStringLiteral("checkmark_circle_fill");
     case Symbol::exclamationmarkCircleFill:
         return QStringLiteral("exclamationmark_circle_fill");
-    case Symbol::xmarkCircleFill:
-        return QStringLiteral("xmark_circle_fill");
     case Symbol::micFill:
         return QStringLiteral("mic_fill");
-    case Symbol::chevronRight:
-        return QStringLiteral("chevron_right");
     case Symbol::chevronDown:
         return QStringLiteral("chevron_down");
     case Symbol::corvandi:
@@ -59,7 +55,9 @@ static void registerDrawings()
 }
 
 namespace corvandi {
+namespace {
 
+/// The SVG text of a drawing that is built into the program, by its name without suffix.
 QByteArray drawingFile(const QString& name)
 {
     registerDrawings();
@@ -68,8 +66,6 @@ QByteArray drawingFile(const QString& name)
         throw std::logic_error("no drawing named " + name.toStdString());
     return file.readAll();
 }
-
-namespace {
 
 /// How the drawings name the weight of their lines, in units of which 24 are the symbol's size.
 constexpr char lineWeight[] = "stroke-width=\"2\"";
@@ -135,6 +131,28 @@ QPixmap symbolPixmap(Symbol symbol, const QSize& points, const QColor& color, qr
         QPixmapCache::insert(key, pixmap);
     }
     return pixmap;
+}
+
+namespace {
+
+/// The sizes that window managers, docks and trays ask for, in pixels.
+constexpr int iconSizes[] = {16, 18, 22, 24, 32, 48, 64, 96, 128, 256};
+
+} // namespace
+
+QIcon applicationIcon()
+{
+    QSvgRenderer renderer(drawingFile(QStringLiteral("application")));
+    QIcon icon;
+    for (const int size : iconSizes) {
+        QPixmap pixmap(size, size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        renderer.render(&painter);
+        painter.end();
+        icon.addPixmap(pixmap);
+    }
+    return icon;
 }
 
 } // namespace corvandi

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QByteArray>
 #include <QColor>
+#include <QIcon>
 #include <QImage>
 #include <QPixmap>
 #include <QSize>
@@ -22,9 +22,7 @@ enum class Symbol {
     magnifyingglass,
     checkmarkCircleFill,
     exclamationmarkCircleFill,
-    xmarkCircleFill,
     micFill,
-    chevronRight,
     chevronDown,
     /// The application's own mark.
     corvandi,
@@ -43,9 +41,7 @@ inline constexpr Symbol allSymbols[] = {
     Symbol::magnifyingglass,
     Symbol::checkmarkCircleFill,
     Symbol::exclamationmarkCircleFill,
-    Symbol::xmarkCircleFill,
     Symbol::micFill,
-    Symbol::chevronRight,
     Symbol::chevronDown,
     Symbol::corvandi,
 };
@@ -53,18 +49,20 @@ inline constexpr Symbol allSymbols[] = {
 /// The file name of the symbol's drawing, without folder and suffix.
 [[nodiscard]] QString symbolName(Symbol symbol);
 
-/// The SVG text of a drawing that is built into the program, by its name without suffix. Throws
-/// std::logic_error when there is none.
-[[nodiscard]] QByteArray drawingFile(const QString& name);
-
 /// The symbol in one colour, `points` large, at `scale` device pixels to the point: the largest square
 /// that fits, centred. The lines of small symbols are drawn somewhat heavier than those of large ones, so
-/// that they look alike side by side.
+/// that they look alike side by side. Throws std::logic_error when the drawing is not built in.
 ///
 /// Thread: any thread.
 [[nodiscard]] QImage drawSymbol(Symbol symbol, const QSize& points, const QColor& color, qreal scale);
 
 /// The same for the screen; kept for the next time. Thread: main thread only.
 [[nodiscard]] QPixmap symbolPixmap(Symbol symbol, const QSize& points, const QColor& color, qreal scale);
+
+/// The application's icon in its own colours, sharp in every size. The same drawing is installed for the
+/// desktop under the application's identifier. Its one-colour form for trays is a symbol.
+///
+/// Thread: main thread only.
+[[nodiscard]] QIcon applicationIcon();
 
 } // namespace corvandi

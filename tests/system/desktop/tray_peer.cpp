@@ -91,10 +91,7 @@ private:
     QSocketNotifier input_{STDIN_FILENO, QSocketNotifier::Read};
     XEmbedTray windowTray_;
     MenuView menu_{[this] { return entries(); }};
-    TrayIcon icon_{templateIcon({.size = {18, 18},
-                                 .isTemplate = true,
-                                 .accessibilityDescription = QStringLiteral("Corvandi"),
-                                 .paint = paintMicrophone},
+    TrayIcon icon_{templateIcon({.size = {18, 18}, .isTemplate = true, .paint = paintMicrophone},
                                 QStringLiteral("corvandi-test-symbolic")),
                    menu_.menu(), queue_, windowTray_, log_};
 };

@@ -5,9 +5,10 @@
 #include "views/kit/button.h"
 #include "views/kit/child.h"
 #include "views/kit/controls.h"
-#include "views/kit/form.h"
 
+#include <QScrollArea>
 #include <QScrollBar>
+#include <QVBoxLayout>
 
 namespace corvandi::testing {
 namespace {
@@ -57,9 +58,15 @@ protected:
     {
         form.resize(500, 400);
         before.setAccessibleName(QStringLiteral("before"));
-        form.addWidget(before);
-        form.addWidget(*list);
-        form.addWidget(after);
+        form.setWidgetResizable(true);
+        form.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        form.setFocusPolicy(Qt::NoFocus);
+        form.setWidget(&column);
+        auto& layout = kit::makeLayout<QVBoxLayout>(column, {24, 4, 24, 24}, 18);
+        layout.addWidget(&before);
+        layout.addWidget(list);
+        layout.addWidget(&after);
+        layout.addStretch(1);
         QObject::connect(list, &kit::VirtualList::deleteRequested, &form, [this](std::size_t index) {
             things.erase(things.begin() + static_cast<std::ptrdiff_t>(index));
             list->reload();
@@ -105,6 +112,8 @@ protected:
     {
         QTest::keyClick(QApplication::focusWidget(), key, modifiers);
     }
+    /// As the Tab key gives it to a row.
+    void focusByKeyboard(int number) const { row(number).setFocus(Qt::TabFocusReason); }
     /// The number of the row with the focus.
     [[nodiscard]] int focused() const
     {
@@ -131,11 +140,12 @@ protected:
 
     std::vector<Thing> things;
     int made = 0;
-    kit::GroupedForm form;
-    kit::TextField& before = kit::makeChild<kit::TextField>(form.column(), std::nullopt);
+    QScrollArea form;
+    QWidget& column = kit::makeChild<QWidget>(form);
+    kit::TextField& before = kit::makeChild<kit::TextField>(column, std::nullopt);
     kit::VirtualList* list =
-        &kit::makeChild<kit::VirtualList>(form.column(), static_cast<kit::ListContent&>(*this), form);
-    kit::TextField& after = kit::makeChild<kit::TextField>(form.column(), std::nullopt);
+        &kit::makeChild<kit::VirtualList>(column, static_cast<kit::ListContent&>(*this), form);
+    kit::TextField& after = kit::makeChild<kit::TextField>(column, std::nullopt);
 };
 
 TEST_F(VirtualListTest, OnlyRowsThatCanBeSeenExist)
@@ -227,7 +237,7 @@ TEST_F(VirtualListTest, KeysLeadToBothEndsAndPageByPage)
 {
     fill(1000);
     ASSERT_TRUE(isFilled());
-    list->focusItem(3);
+    focusByKeyboard(3);
     press(Qt::Key_End);
     EXPECT_EQ(focused(), 999);
     EXPECT_LE(yOf(999) + 40, form.viewport()->height());
@@ -246,7 +256,7 @@ TEST_F(VirtualListTest, EveryRowCanBeReachedByTheArrowKeys)
 {
     fill(60, 70);
     ASSERT_TRUE(isFilled());
-    list->focusItem(0);
+    focusByKeyboard(0);
     for (int number = 0; number < 60; ++number) {
         ASSERT_EQ(focused(), number);
         ASSERT_GE(yOf(number), 0);
@@ -259,7 +269,7 @@ TEST_F(VirtualListTest, ARowHigherThanTheWindowIsScrolledThrough)
 {
     fill(3, 1000);
     ASSERT_TRUE(isFilled());
-    list->focusItem(0);
+    focusByKeyboard(0);
     press(Qt::Key_Down);
     EXPECT_EQ(focused(), 0);
     EXPECT_LT(yOf(0), 0);
@@ -285,7 +295,7 @@ TEST_F(VirtualListTest, TheDeleteKeyDeletesTheRowAndTheNextOneGetsTheFocus)
 {
     fill(4);
     ASSERT_TRUE(isFilled());
-    list->focusItem(1);
+    focusByKeyboard(1);
     press(Qt::Key_Delete);
     EXPECT_THAT(numbers(), ElementsAre(0, 2, 3));
     EXPECT_EQ(focused(), 2);
@@ -317,7 +327,7 @@ TEST_F(VirtualListTest, ADeleteKeyThatIsHeldDeletesOneRow)
 {
     fill(4);
     ASSERT_TRUE(isFilled());
-    list->focusItem(0);
+    focusByKeyboard(0);
     press(Qt::Key_Delete);
     QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Delete, Qt::NoModifier, QString(), true);
     QCoreApplication::sendEvent(QApplication::focusWidget(), &repeated);
@@ -329,7 +339,7 @@ TEST_F(VirtualListTest, TheLastRowLeavesTheFocusToAnother)
     fill(1);
     list->setFallbackFocus(after);
     ASSERT_TRUE(isFilled());
-    list->focusItem(0);
+    focusByKeyboard(0);
     press(Qt::Key_Delete);
     EXPECT_THAT(numbers(), IsEmpty());
     EXPECT_TRUE(after.hasFocus());

@@ -118,5 +118,16 @@ TEST(SymbolPixmap, TheScreensVersionShowsTheSame)
     EXPECT_EQ(symbolPixmap(Symbol::trash, {16, 16}, Qt::blue, 2).cacheKey(), pixmap.cacheKey()) << "kept";
 }
 
+TEST(ApplicationIcon, HasEverySizeThatDesktopsAskFor)
+{
+    const QIcon icon = applicationIcon();
+    for (const int size : {16, 18, 24, 32, 64, 128, 256}) {
+        EXPECT_TRUE(icon.availableSizes().contains(QSize(size, size)));
+        const QImage image = icon.pixmap(size).toImage();
+        EXPECT_EQ(image.pixelColor(0, 0).alpha(), 0);
+        EXPECT_EQ(image.pixelColor(size / 2, size / 2).alpha(), 255);
+    }
+}
+
 } // namespace
 } // namespace corvandi
