@@ -5,9 +5,10 @@
 #include "views/kit/button.h"
 #include "views/kit/child.h"
 #include "views/kit/controls.h"
-#include "views/kit/form.h"
 
+#include <QScrollArea>
 #include <QScrollBar>
+#include <QVBoxLayout>
 
 namespace corvandi::testing {
 namespace {
@@ -57,9 +58,15 @@ protected:
     {
         form.resize(500, 400);
         before.setAccessibleName(QStringLiteral("before"));
-        for (QWidget* row :
-             {static_cast<QWidget*>(&before), static_cast<QWidget*>(list), static_cast<QWidget*>(&after)})
-            card.addRow(*row);
+        form.setWidgetResizable(true);
+        form.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        form.setFocusPolicy(Qt::NoFocus);
+        form.setWidget(&column);
+        auto& layout = kit::makeLayout<QVBoxLayout>(column, {24, 4, 24, 24}, 18);
+        layout.addWidget(&before);
+        layout.addWidget(list);
+        layout.addWidget(&after);
+        layout.addStretch(1);
         QObject::connect(list, &kit::VirtualList::deleteRequested, &form, [this](std::size_t index) {
             things.erase(things.begin() + static_cast<std::ptrdiff_t>(index));
             list->reload();
@@ -133,12 +140,12 @@ protected:
 
     std::vector<Thing> things;
     int made = 0;
-    kit::GroupedForm form;
-    kit::Card& card = form.addSection().card();
-    kit::TextField& before = kit::makeChild<kit::TextField>(card, std::nullopt);
+    QScrollArea form;
+    QWidget& column = kit::makeChild<QWidget>(form);
+    kit::TextField& before = kit::makeChild<kit::TextField>(column, std::nullopt);
     kit::VirtualList* list =
-        &kit::makeChild<kit::VirtualList>(card, static_cast<kit::ListContent&>(*this), form);
-    kit::TextField& after = kit::makeChild<kit::TextField>(card, std::nullopt);
+        &kit::makeChild<kit::VirtualList>(column, static_cast<kit::ListContent&>(*this), form);
+    kit::TextField& after = kit::makeChild<kit::TextField>(column, std::nullopt);
 };
 
 TEST_F(VirtualListTest, OnlyRowsThatCanBeSeenExist)
