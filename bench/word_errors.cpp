@@ -23,15 +23,9 @@ constexpr auto gap = std::chrono::milliseconds(800);
 
 AudioBuffer converted(AudioConverter& converter, const AudioBuffer& buffer, const AudioFormat& to)
 {
-    bool isGiven = false;
     const double ratio = to.sampleRate / buffer.format().sampleRate;
     const auto capacity = static_cast<uint32_t>(ratio * buffer.frameLength()) + 1024;
-    Conversion conversion = converter.convert(capacity, [&]() -> ConverterInput {
-        if (std::exchange(isGiven, true))
-            return {ConverterInputStatus::noDataNow, nullptr};
-        return {ConverterInputStatus::haveData, &buffer};
-    });
-    return std::move(conversion.output);
+    return converter.convert(buffer, capacity).output;
 }
 
 /// What is left of `sound` after a microphone of `format` has recorded it and the program has converted
