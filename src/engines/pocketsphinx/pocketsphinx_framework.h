@@ -43,7 +43,6 @@ public:
     bestAvailableAudioFormat(std::shared_ptr<SpeechTranscriber> transcriber) override;
 
 private:
-    MainQueue& queue_;
     /// The one owner: analyzers look at it through weak pointers.
     std::shared_ptr<Recognizer> engine_;
 };
