@@ -4,14 +4,13 @@
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QRegularExpression>
+#include <QStringList>
 
 #include <algorithm>
 #include <cstring>
-#include <numeric>
 #include <thread>
 
-namespace corvandi::bench {
+namespace corvandi::testing {
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -125,29 +124,7 @@ const std::vector<Recording>& humanRecordings()
     return recordings;
 }
 
-QStringList wordsOf(const QString& text)
-{
-    static const QRegularExpression others(QStringLiteral("[^a-z0-9']+"));
-    return text.toLower().split(others, Qt::SkipEmptyParts);
-}
-
-size_t wordErrors(const QStringList& reference, const QStringList& recognised)
-{
-    const auto columns = static_cast<size_t>(recognised.size());
-    std::vector<size_t> above(columns + 1);
-    std::iota(above.begin(), above.end(), size_t{0});
-    for (const QString& word : reference) {
-        std::vector<size_t> row{above.front() + 1};
-        for (size_t column = 0; column < columns; ++column) {
-            const size_t changed = above[column] + (word == recognised[static_cast<int>(column)] ? 0 : 1);
-            row.push_back(std::min({changed, above[column + 1] + 1, row.back() + 1}));
-        }
-        above = std::move(row);
-    }
-    return above.back();
-}
-
-Transcript transcribe(SpeechFramework& framework, std::span<const int16_t> sound, Pace pace)
+Transcription transcribe(SpeechFramework& framework, std::span<const int16_t> sound, Pace pace)
 {
     const auto transcriber = framework.makeTranscriber(Locale(QStringLiteral("en-US")));
     const auto analyzer = framework.makeAnalyzer(transcriber);
@@ -170,4 +147,4 @@ Transcript transcribe(SpeechFramework& framework, std::span<const int16_t> sound
     return {std::move(progress.pieces), text, done - finished};
 }
 
-} // namespace corvandi::bench
+} // namespace corvandi::testing
