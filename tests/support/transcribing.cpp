@@ -50,11 +50,11 @@ struct Progress {
     std::exception_ptr failure;
 };
 
-QCoro::Task<> collect(std::shared_ptr<SpeechTranscriber> transcriber, Progress& progress)
+QCoro::Task<> collect(std::shared_ptr<SpeechAnalyzer> analyzer, Progress& progress)
 {
     try {
         while (true) {
-            std::optional<SpeechResult> result = co_await transcriber->nextResult();
+            std::optional<SpeechResult> result = co_await analyzer->nextResult();
             if (!result)
                 break;
             progress.pieces.push_back(result->text);
@@ -126,8 +126,7 @@ const std::vector<Recording>& humanRecordings()
 
 Transcription transcribe(SpeechFramework& framework, std::span<const int16_t> sound, Pace pace)
 {
-    const auto transcriber = framework.makeTranscriber(Locale(QStringLiteral("en-US")));
-    const auto analyzer = framework.makeAnalyzer(transcriber);
+    const auto analyzer = framework.makeAnalyzer(Locale(QStringLiteral("en-US")));
     const auto stream = std::make_shared<AudioStream>();
     Progress progress;
     const auto starting = begin(analyzer, stream, progress);
@@ -135,7 +134,7 @@ Transcription transcribe(SpeechFramework& framework, std::span<const int16_t> so
     if (progress.failure)
         std::rethrow_exception(progress.failure);
 
-    const auto collecting = collect(transcriber, progress);
+    const auto collecting = collect(analyzer, progress);
     Clock::time_point finished;
     std::thread writer([&] { finished = feed(*stream, sound, pace); });
     runUntil(progress.hasFinished);

@@ -16,16 +16,6 @@ std::shared_ptr<Recognizer> lock(const std::weak_ptr<Recognizer>& engine)
     return locked;
 }
 
-class Transcriber : public SpeechTranscriber {
-public:
-    QCoro::Task<std::optional<SpeechResult>> nextResult() override { return ResultChannel::next(results_); }
-
-    [[nodiscard]] const std::shared_ptr<ResultChannel>& results() const { return results_; }
-
-private:
-    std::shared_ptr<ResultChannel> results_ = std::make_shared<ResultChannel>();
-};
-
 /// Brings the model into memory; throws when the engine is gone or the model can't be used.
 QCoro::Task<ModelPresence> load(std::weak_ptr<Recognizer> engine)
 {
@@ -37,15 +27,16 @@ QCoro::Task<ModelPresence> load(std::weak_ptr<Recognizer> engine)
 
 class Analyzer : public SpeechAnalyzer, public std::enable_shared_from_this<Analyzer> {
 public:
-    Analyzer(std::shared_ptr<ResultChannel> results, std::weak_ptr<Recognizer> engine)
-        : results_(std::move(results))
-        , engine_(std::move(engine))
+    explicit Analyzer(std::weak_ptr<Recognizer> engine)
+        : engine_(std::move(engine))
     {
     }
     ~Analyzer() override
     {
         if (run_)
             run_->cancel();
+        else
+            results_->end(nullptr);
     }
     Analyzer(const Analyzer&) = delete;
     Analyzer& operator=(const Analyzer&) = delete;
@@ -60,6 +51,8 @@ public:
         lock(engine_)->recognise(run_, results_);
     }
 
+    QCoro::Task<std::optional<SpeechResult>> nextResult() override { return ResultChannel::next(results_); }
+
     QCoro::Task<> finalizeAndFinishThroughEndOfInput() override
     {
         if (!run_)
@@ -69,19 +62,9 @@ public:
     }
 
 private:
-    std::shared_ptr<ResultChannel> results_;
     std::weak_ptr<Recognizer> engine_;
+    const std::shared_ptr<ResultChannel> results_ = std::make_shared<ResultChannel>();
     std::shared_ptr<RecognitionRun> run_;
-};
-
-/// The model comes from the distribution; this program can't install it.
-class MissingModel : public AssetInstallationRequest {
-public:
-    QCoro::Task<> downloadAndInstall() override
-    {
-        throw Error(modelMissingDescription());
-        co_return;
-    }
 };
 
 } // namespace
@@ -99,32 +82,26 @@ QCoro::Task<std::vector<Locale>> PocketSphinxFramework::supportedLocales()
     co_return locales;
 }
 
-std::shared_ptr<SpeechTranscriber> PocketSphinxFramework::makeTranscriber(const Locale&)
+QCoro::Task<bool> PocketSphinxFramework::needsInstallation(Locale /*locale*/)
 {
-    return std::make_shared<Transcriber>();
-}
-
-std::shared_ptr<SpeechAnalyzer>
-PocketSphinxFramework::makeAnalyzer(std::shared_ptr<SpeechTranscriber> transcriber)
-{
-    const auto own = std::dynamic_pointer_cast<Transcriber>(transcriber);
-    return own ? std::make_shared<Analyzer>(own->results(), engine_) : nullptr;
-}
-
-QCoro::Task<std::unique_ptr<AssetInstallationRequest>>
-PocketSphinxFramework::assetInstallationRequest(std::shared_ptr<SpeechTranscriber>)
-{
-    std::unique_ptr<AssetInstallationRequest> request;
     const ModelPresence presence = co_await load(engine_);
-    if (presence == ModelPresence::notInstalled)
-        request = std::make_unique<MissingModel>();
-    co_return request;
+    co_return presence == ModelPresence::notInstalled;
 }
 
-QCoro::Task<std::optional<AudioFormat>>
-PocketSphinxFramework::bestAvailableAudioFormat(std::shared_ptr<SpeechTranscriber>)
+QCoro::Task<> PocketSphinxFramework::downloadAndInstall(Locale /*locale*/)
+{
+    throw Error(modelMissingDescription());
+    co_return;
+}
+
+QCoro::Task<std::optional<AudioFormat>> PocketSphinxFramework::bestAvailableAudioFormat(Locale /*locale*/)
 {
     co_return engineFormat;
+}
+
+std::shared_ptr<SpeechAnalyzer> PocketSphinxFramework::makeAnalyzer(const Locale& /*locale*/)
+{
+    return std::make_shared<Analyzer>(engine_);
 }
 
 } // namespace corvandi
