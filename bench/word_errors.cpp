@@ -1,6 +1,7 @@
 // Prints for each human recording what the built-in speech engine makes of it, how many of its words are
 // wrong, and how long after the end of the sound the text was complete.
 
+#include "harness/word_errors.h"
 #include "base/error.h"
 #include "engines/pocketsphinx/model_files.h"
 #include "engines/pocketsphinx/pocketsphinx_framework.h"
@@ -17,21 +18,18 @@
 namespace corvandi::bench {
 namespace {
 
+using testing::Pace;
+using testing::Samples;
+
 constexpr AudioFormat engine{16000, 1, SampleFormat::int16};
 constexpr uint32_t framesPerBlock = 2048;
 constexpr auto gap = std::chrono::milliseconds(800);
 
 AudioBuffer converted(AudioConverter& converter, const AudioBuffer& buffer, const AudioFormat& to)
 {
-    bool isGiven = false;
     const double ratio = to.sampleRate / buffer.format().sampleRate;
     const auto capacity = static_cast<uint32_t>(ratio * buffer.frameLength()) + 1024;
-    Conversion conversion = converter.convert(capacity, [&]() -> ConverterInput {
-        if (std::exchange(isGiven, true))
-            return {ConverterInputStatus::noDataNow, nullptr};
-        return {ConverterInputStatus::haveData, &buffer};
-    });
-    return std::move(conversion.output);
+    return converter.convert(buffer, capacity).output;
 }
 
 /// What is left of `sound` after a microphone of `format` has recorded it and the program has converted
@@ -84,7 +82,7 @@ struct Item {
 std::vector<Item> itemsFor(const Options& options)
 {
     std::vector<Item> items;
-    for (const Recording& recording : humanRecordings())
+    for (const testing::Recording& recording : testing::humanRecordings())
         items.push_back({recording.reference, throughMicrophone(recording.load(), options.microphone)});
     if (!options.joined)
         return items;
@@ -100,18 +98,19 @@ std::vector<Item> itemsFor(const Options& options)
 void print(SpeechFramework& framework, const Options& options)
 {
     QTextStream out(stdout);
-    qsizetype words = 0;
+    size_t words = 0;
     size_t errors = 0;
     std::vector<double> waits;
     for (const Item& item : itemsFor(options)) {
-        const Transcript transcript = transcribe(framework, item.sound, options.pace);
-        const QStringList reference = wordsOf(item.reference);
-        const size_t wrong = wordErrors(reference, wordsOf(transcript.text));
-        words += reference.size();
+        const auto transcript = testing::transcribe(framework, item.sound, options.pace);
+        const std::string reference = item.reference.toStdString();
+        const size_t said = harness::wordsOf(reference).size();
+        const size_t wrong = harness::wordErrors(reference, transcript.text.toStdString());
+        words += said;
         errors += wrong;
         waits.push_back(transcript.wait.count());
         out << qSetRealNumberPrecision(1) << Qt::fixed << static_cast<double>(item.sound.size()) / 16000
-            << " s  " << wrong << '/' << reference.size() << " wrong  " << transcript.wait.count() << " ms  "
+            << " s  " << wrong << '/' << said << " wrong  " << transcript.wait.count() << " ms  "
             << transcript.pieces.size() << " pieces  " << transcript.text << Qt::endl;
     }
     std::sort(waits.begin(), waits.end());

@@ -5,20 +5,10 @@
 #include <QString>
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 
 namespace corvandi {
-
-enum class ConverterInputStatus { haveData, noDataNow, endOfStream };
-
-/// What a converter is given when it asks for input. `buffer` is set with `haveData` only and stays
-/// valid until the conversion returns.
-struct ConverterInput {
-    ConverterInputStatus status;
-    const AudioBuffer* buffer;
-};
 
 struct Conversion {
     /// What was converted; may be empty.
@@ -34,13 +24,11 @@ struct Conversion {
 /// Thread: one at a time, any. Real-time safe but for the output buffer.
 class AudioConverter {
 public:
-    using InputBlock = std::function<ConverterInput()>;
-
     virtual ~AudioConverter() = default;
 
-    /// Asks `input` for source buffers until it says `noDataNow` (more may come in a later call) or
-    /// `endOfStream`, or until `frameCapacity` frames have been made.
-    [[nodiscard]] virtual Conversion convert(uint32_t frameCapacity, const InputBlock& input) = 0;
+    /// Takes in all of `buffer`, which may be empty, and makes `frameCapacity` frames at most. What
+    /// doesn't fit comes out of the next call.
+    [[nodiscard]] virtual Conversion convert(const AudioBuffer& buffer, uint32_t frameCapacity) = 0;
 };
 
 class AudioConverterFactory {

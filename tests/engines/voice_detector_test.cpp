@@ -8,7 +8,7 @@ namespace corvandi {
 namespace {
 
 /// How many of the sound's frames are voice.
-size_t voicedFrames(const bench::Samples& sound)
+size_t voicedFrames(const testing::Samples& sound)
 {
     VoiceDetector detector;
     size_t voiced = 0;
@@ -20,12 +20,12 @@ size_t voicedFrames(const bench::Samples& sound)
 
 TEST(VoiceDetector, DigitalSilenceIsNoVoice)
 {
-    EXPECT_EQ(voicedFrames(bench::Samples(16000)), 0U);
+    EXPECT_EQ(voicedFrames(testing::Samples(16000)), 0U);
 }
 
 TEST(VoiceDetector, AHumanIsHeardForMostOfTheTimeInWhichHeSpeaks)
 {
-    const bench::Samples sound = bench::humanRecordings().front().load();
+    const testing::Samples sound = testing::humanRecordings().front().load();
     const size_t frames = sound.size() / VoiceDetector::samplesPerFrame;
     EXPECT_GT(voicedFrames(sound), frames / 2);
 }

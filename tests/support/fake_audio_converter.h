@@ -34,10 +34,11 @@ public:
     };
     std::vector<Creation> creations;
 
-    /// One call of `convert`: what it was given, and what its input block answered until it ended.
+    /// One call of `convert`: what it was given.
     struct Call {
+        uint32_t frames = 0;
+        float firstSample = 0;
         uint32_t capacity = 0;
-        std::vector<ConverterInputStatus> answers;
     };
     [[nodiscard]] std::vector<Call> calls() const
     {
@@ -68,22 +69,16 @@ private:
         {
         }
 
-        [[nodiscard]] Conversion convert(uint32_t frameCapacity, const InputBlock& input) override
+        [[nodiscard]] Conversion convert(const AudioBuffer& buffer, uint32_t frameCapacity) override
         {
             if (hook_)
                 hook_();
-            Call call{frameCapacity, {}};
-            AudioBuffer output;
-            for (;;) {
-                const ConverterInput given = input();
-                call.answers.push_back(given.status);
-                if (given.status != ConverterInputStatus::haveData)
-                    break;
-                output = resampled(*given.buffer, frameCapacity);
+            {
+                const std::lock_guard guard(record_->mutex);
+                record_->calls.push_back(
+                    {buffer.frameLength(), buffer.floatSamples().front(), frameCapacity});
             }
-            const std::lock_guard guard(record_->mutex);
-            record_->calls.push_back(std::move(call));
-            return answer(std::move(output));
+            return answer(resampled(buffer, frameCapacity));
         }
 
     private:

@@ -5,19 +5,13 @@
 
 namespace corvandi::testing {
 
-class FakeSpeechFramework::Transcriber : public SpeechTranscriber {
+/// What an analyzer gives out: results, then their end or why they fail.
+class FakeSpeechFramework::Results {
 public:
     struct Event {
         std::optional<SpeechResult> result;
         std::optional<QString> failure;
     };
-
-    explicit Transcriber(Locale locale)
-        : locale_(std::move(locale))
-    {
-    }
-
-    [[nodiscard]] const Locale& locale() const { return locale_; }
 
     void push(Event event)
     {
@@ -26,34 +20,36 @@ public:
         arrival.complete(Done{});
     }
 
-    QCoro::Task<std::optional<SpeechResult>> nextResult() override
+    static QCoro::Task<std::optional<SpeechResult>> next(std::shared_ptr<Results> self)
     {
-        if (events_.empty()) {
-            const OneShot<Done> arrival = arrival_;
+        if (self->events_.empty()) {
+            const OneShot<Done> arrival = self->arrival_;
             co_await arrival;
         }
-        Event event = std::move(events_.front());
-        events_.pop_front();
+        Event event = std::move(self->events_.front());
+        self->events_.pop_front();
         if (event.failure)
             throw Error(*event.failure);
         co_return event.result;
     }
 
 private:
-    Locale locale_;
     std::deque<Event> events_;
     OneShot<Done> arrival_;
 };
 
 class FakeSpeechFramework::Analyzer : public SpeechAnalyzer {
 public:
-    Analyzer(FakeSpeechFramework& framework, std::shared_ptr<Transcriber> transcriber,
+    Analyzer(FakeSpeechFramework& framework, std::shared_ptr<Results> results,
              std::shared_ptr<Dictation> dictation)
         : framework_(framework)
-        , transcriber_(std::move(transcriber))
+        , results_(std::move(results))
         , dictation_(std::move(dictation))
     {
     }
+    ~Analyzer() override { results_->push({}); }
+    Analyzer(const Analyzer&) = delete;
+    Analyzer& operator=(const Analyzer&) = delete;
 
     QCoro::Task<> start(std::shared_ptr<AudioStream> input) override
     {
@@ -62,42 +58,32 @@ public:
         dictation_->wasStarted = true;
     }
 
+    QCoro::Task<std::optional<SpeechResult>> nextResult() override { return Results::next(results_); }
+
     QCoro::Task<> finalizeAndFinishThroughEndOfInput() override
     {
         dictation_->wasFinalized = true;
-        while (input_) {
-            std::optional<AudioBuffer> buffer = input_->next();
-            if (!buffer)
-                break;
-            dictation_->received.push_back(std::move(*buffer));
-        }
+        if (input_)
+            readInput();
         co_await framework_.finalizing.run();
         if (framework_.finalizingEndsResults || !input_)
-            transcriber_->push({});
+            results_->push({});
     }
 
 private:
+    void readInput()
+    {
+        while (std::optional<AudioBuffer> buffer = input_->next()) {
+            if (framework_.recognise)
+                results_->push({SpeechResult{framework_.recognise(*buffer), true}, std::nullopt});
+            dictation_->received.push_back(std::move(*buffer));
+        }
+    }
+
     FakeSpeechFramework& framework_;
-    std::shared_ptr<Transcriber> transcriber_;
+    std::shared_ptr<Results> results_;
     std::shared_ptr<Dictation> dictation_;
     std::shared_ptr<AudioStream> input_;
-};
-
-class FakeSpeechFramework::Request : public AssetInstallationRequest {
-public:
-    explicit Request(FakeSpeechFramework& framework)
-        : framework_(framework)
-    {
-    }
-
-    QCoro::Task<> downloadAndInstall() override
-    {
-        co_await framework_.downloading.run();
-        framework_.modelIsInstalled = true;
-    }
-
-private:
-    FakeSpeechFramework& framework_;
 };
 
 FakeSpeechFramework::FakeSpeechFramework() = default;
@@ -105,30 +91,28 @@ FakeSpeechFramework::~FakeSpeechFramework() = default;
 
 void FakeSpeechFramework::pushFinal(const QString& text)
 {
-    latestTranscriber_->push({SpeechResult{text, true}, std::nullopt});
+    results_.back()->push({SpeechResult{text, true}, std::nullopt});
 }
 
 void FakeSpeechFramework::pushVolatile(const QString& text)
 {
-    latestTranscriber_->push({SpeechResult{text, false}, std::nullopt});
+    results_.back()->push({SpeechResult{text, false}, std::nullopt});
 }
 
 void FakeSpeechFramework::endResults()
 {
-    latestTranscriber_->push({});
+    results_.back()->push({});
 }
 
 void FakeSpeechFramework::failResults(const QString& description)
 {
-    latestTranscriber_->push({std::nullopt, description});
+    results_.back()->push({std::nullopt, description});
 }
 
 void FakeSpeechFramework::endAllResults()
 {
-    for (const std::weak_ptr<Transcriber>& transcriber : transcribers_) {
-        if (const auto living = transcriber.lock())
-            living->push({});
-    }
+    for (const std::shared_ptr<Results>& results : results_)
+        results->push({});
 }
 
 QCoro::Task<std::vector<Locale>> FakeSpeechFramework::supportedLocales()
@@ -139,37 +123,32 @@ QCoro::Task<std::vector<Locale>> FakeSpeechFramework::supportedLocales()
     co_return listed;
 }
 
-std::shared_ptr<SpeechTranscriber> FakeSpeechFramework::makeTranscriber(const Locale& locale)
+QCoro::Task<bool> FakeSpeechFramework::needsInstallation(Locale locale)
 {
-    transcriberLocales_.push_back(locale);
-    return std::make_shared<Transcriber>(locale);
-}
-
-std::shared_ptr<SpeechAnalyzer>
-FakeSpeechFramework::makeAnalyzer(std::shared_ptr<SpeechTranscriber> transcriber)
-{
-    latestTranscriber_ = std::static_pointer_cast<Transcriber>(std::move(transcriber));
-    transcribers_.push_back(latestTranscriber_);
-    const Locale& locale = latestTranscriber_->locale();
-    dictations_.push_back(std::make_shared<Dictation>(Dictation{locale, false, false, {}}));
-    return std::make_shared<Analyzer>(*this, latestTranscriber_, dictations_.back());
-}
-
-QCoro::Task<std::unique_ptr<AssetInstallationRequest>>
-FakeSpeechFramework::assetInstallationRequest(std::shared_ptr<SpeechTranscriber> /*transcriber*/)
-{
+    usedLocales_.push_back(locale);
     co_await inventory.run();
-    std::unique_ptr<AssetInstallationRequest> request;
-    if (!modelIsInstalled)
-        request = std::make_unique<Request>(*this);
-    co_return request;
+    co_return !modelIsInstalled;
 }
 
-QCoro::Task<std::optional<AudioFormat>>
-FakeSpeechFramework::bestAvailableAudioFormat(std::shared_ptr<SpeechTranscriber> /*transcriber*/)
+QCoro::Task<> FakeSpeechFramework::downloadAndInstall(Locale locale)
+{
+    usedLocales_.push_back(locale);
+    co_await downloading.run();
+    modelIsInstalled = true;
+}
+
+QCoro::Task<std::optional<AudioFormat>> FakeSpeechFramework::bestAvailableAudioFormat(Locale /*locale*/)
 {
     co_await formatQuery.run();
     co_return format;
+}
+
+std::shared_ptr<SpeechAnalyzer> FakeSpeechFramework::makeAnalyzer(const Locale& locale)
+{
+    usedLocales_.push_back(locale);
+    results_.push_back(std::make_shared<Results>());
+    dictations_.push_back(std::make_shared<Dictation>(Dictation{locale, false, false, {}}));
+    return std::make_shared<Analyzer>(*this, results_.back(), dictations_.back());
 }
 
 } // namespace corvandi::testing

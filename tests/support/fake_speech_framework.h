@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -21,13 +22,15 @@ public:
     std::vector<Locale> locales{Locale(QStringLiteral("en-US"))};
     /// What the engine wants its sound in; nothing when it can't say.
     std::optional<AudioFormat> format = AudioFormat{16000, 1, SampleFormat::float32};
-    /// When not, there is an installation request, whose success installs it.
+    /// When not, it needs an installation, whose success installs it.
     bool modelIsInstalled = true;
     /// Whether finalizing ends the results, as an engine does once it has recognised everything.
     bool finalizingEndsResults = true;
+    /// What is recognised in each buffer that an analyzer reads, if anything.
+    std::function<QString(const AudioBuffer&)> recognise;
 
     ScriptedStep listing;     ///< supportedLocales
-    ScriptedStep inventory;   ///< assetInstallationRequest
+    ScriptedStep inventory;   ///< needsInstallation
     ScriptedStep downloading; ///< downloadAndInstall
     ScriptedStep formatQuery; ///< bestAvailableAudioFormat
     ScriptedStep starting;    ///< an analyzer's start
@@ -52,26 +55,24 @@ public:
     [[nodiscard]] const std::vector<std::shared_ptr<Dictation>>& dictations() const { return dictations_; }
     /// The latest one; there must be one.
     [[nodiscard]] const Dictation& latest() const { return *dictations_.back(); }
-    /// The language of each transcriber that was made, also for an installation.
-    [[nodiscard]] const std::vector<Locale>& transcriberLocales() const { return transcriberLocales_; }
+    /// The language of each analyzer that was made, of each model that was asked for, and of each that
+    /// was installed.
+    [[nodiscard]] const std::vector<Locale>& usedLocales() const { return usedLocales_; }
 
     QCoro::Task<std::vector<Locale>> supportedLocales() override;
-    std::shared_ptr<SpeechTranscriber> makeTranscriber(const Locale& locale) override;
-    std::shared_ptr<SpeechAnalyzer> makeAnalyzer(std::shared_ptr<SpeechTranscriber> transcriber) override;
-    QCoro::Task<std::unique_ptr<AssetInstallationRequest>>
-    assetInstallationRequest(std::shared_ptr<SpeechTranscriber> transcriber) override;
-    QCoro::Task<std::optional<AudioFormat>>
-    bestAvailableAudioFormat(std::shared_ptr<SpeechTranscriber> transcriber) override;
+    QCoro::Task<bool> needsInstallation(Locale locale) override;
+    QCoro::Task<> downloadAndInstall(Locale locale) override;
+    QCoro::Task<std::optional<AudioFormat>> bestAvailableAudioFormat(Locale locale) override;
+    std::shared_ptr<SpeechAnalyzer> makeAnalyzer(const Locale& locale) override;
 
 private:
-    class Transcriber;
+    class Results;
     class Analyzer;
-    class Request;
 
-    std::shared_ptr<Transcriber> latestTranscriber_;
-    std::vector<std::weak_ptr<Transcriber>> transcribers_;
     std::vector<std::shared_ptr<Dictation>> dictations_;
-    std::vector<Locale> transcriberLocales_;
+    /// Of each dictation.
+    std::vector<std::shared_ptr<Results>> results_;
+    std::vector<Locale> usedLocales_;
 };
 
 } // namespace corvandi::testing

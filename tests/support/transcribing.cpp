@@ -4,14 +4,13 @@
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QRegularExpression>
+#include <QStringList>
 
 #include <algorithm>
 #include <cstring>
-#include <numeric>
 #include <thread>
 
-namespace corvandi::bench {
+namespace corvandi::testing {
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -51,11 +50,11 @@ struct Progress {
     std::exception_ptr failure;
 };
 
-QCoro::Task<> collect(std::shared_ptr<SpeechTranscriber> transcriber, Progress& progress)
+QCoro::Task<> collect(std::shared_ptr<SpeechAnalyzer> analyzer, Progress& progress)
 {
     try {
         while (true) {
-            std::optional<SpeechResult> result = co_await transcriber->nextResult();
+            std::optional<SpeechResult> result = co_await analyzer->nextResult();
             if (!result)
                 break;
             progress.pieces.push_back(result->text);
@@ -125,32 +124,9 @@ const std::vector<Recording>& humanRecordings()
     return recordings;
 }
 
-QStringList wordsOf(const QString& text)
+Transcription transcribe(SpeechFramework& framework, std::span<const int16_t> sound, Pace pace)
 {
-    static const QRegularExpression others(QStringLiteral("[^a-z0-9']+"));
-    return text.toLower().split(others, Qt::SkipEmptyParts);
-}
-
-size_t wordErrors(const QStringList& reference, const QStringList& recognised)
-{
-    const auto columns = static_cast<size_t>(recognised.size());
-    std::vector<size_t> above(columns + 1);
-    std::iota(above.begin(), above.end(), size_t{0});
-    for (const QString& word : reference) {
-        std::vector<size_t> row{above.front() + 1};
-        for (size_t column = 0; column < columns; ++column) {
-            const size_t changed = above[column] + (word == recognised[static_cast<int>(column)] ? 0 : 1);
-            row.push_back(std::min({changed, above[column + 1] + 1, row.back() + 1}));
-        }
-        above = std::move(row);
-    }
-    return above.back();
-}
-
-Transcript transcribe(SpeechFramework& framework, std::span<const int16_t> sound, Pace pace)
-{
-    const auto transcriber = framework.makeTranscriber(Locale(QStringLiteral("en-US")));
-    const auto analyzer = framework.makeAnalyzer(transcriber);
+    const auto analyzer = framework.makeAnalyzer(Locale(QStringLiteral("en-US")));
     const auto stream = std::make_shared<AudioStream>();
     Progress progress;
     const auto starting = begin(analyzer, stream, progress);
@@ -158,7 +134,7 @@ Transcript transcribe(SpeechFramework& framework, std::span<const int16_t> sound
     if (progress.failure)
         std::rethrow_exception(progress.failure);
 
-    const auto collecting = collect(transcriber, progress);
+    const auto collecting = collect(analyzer, progress);
     Clock::time_point finished;
     std::thread writer([&] { finished = feed(*stream, sound, pace); });
     runUntil(progress.hasFinished);
@@ -170,4 +146,4 @@ Transcript transcribe(SpeechFramework& framework, std::span<const int16_t> sound
     return {std::move(progress.pieces), text, done - finished};
 }
 
-} // namespace corvandi::bench
+} // namespace corvandi::testing

@@ -1,18 +1,15 @@
 #pragma once
 
-#include "base/main_queue.h"
 #include "ports/speech_framework.h"
 
 #include <QString>
-#include <QStringList>
 
 #include <chrono>
 #include <cstdint>
-#include <functional>
 #include <span>
 #include <vector>
 
-namespace corvandi::bench {
+namespace corvandi::testing {
 
 /// Sound as the speech engine wants it: 16 kHz, mono.
 using Samples = std::vector<int16_t>;
@@ -29,14 +26,9 @@ struct Recording {
 /// Human speech from the package pocketsphinx-testdata.
 [[nodiscard]] const std::vector<Recording>& humanRecordings();
 
-/// The words of a text, in lower case and without punctuation.
-[[nodiscard]] QStringList wordsOf(const QString& text);
-/// How many words must be changed, left out or put in to make the one text of the other.
-[[nodiscard]] size_t wordErrors(const QStringList& reference, const QStringList& recognised);
-
 enum class Pace { realTime, asFastAsPossible };
 
-struct Transcript {
+struct Transcription {
     /// The final results as they came.
     std::vector<QString> pieces;
     /// All of them, joined.
@@ -47,6 +39,6 @@ struct Transcript {
 
 /// Feeds `sound` to an analyzer of `framework`, 43 ms at a time, and runs the event loop until it has
 /// finished.
-[[nodiscard]] Transcript transcribe(SpeechFramework& framework, std::span<const int16_t> sound, Pace pace);
+[[nodiscard]] Transcription transcribe(SpeechFramework& framework, std::span<const int16_t> sound, Pace pace);
 
-} // namespace corvandi::bench
+} // namespace corvandi::testing

@@ -36,14 +36,6 @@ uint32_t outputCapacity(const AudioBuffer& buffer, const AudioFormat& target)
     return addFrames(wholeFrames(ratio * buffer.frameLength()), headroomFrames);
 }
 
-AudioConverter::InputBlock handingOverOnce(const AudioBuffer& buffer)
-{
-    return [next = &buffer]() mutable -> ConverterInput {
-        const AudioBuffer* handed = std::exchange(next, nullptr);
-        return {handed ? ConverterInputStatus::haveData : ConverterInputStatus::noDataNow, handed};
-    };
-}
-
 } // namespace
 
 BufferConversion convertBuffer(const AudioBuffer& buffer, const AudioFormat& target,
@@ -54,7 +46,7 @@ BufferConversion convertBuffer(const AudioBuffer& buffer, const AudioFormat& tar
             return {buffer, std::nullopt};
         if (!converter)
             return {};
-        Conversion conversion = converter->convert(outputCapacity(buffer, target), handingOverOnce(buffer));
+        Conversion conversion = converter->convert(buffer, outputCapacity(buffer, target));
         if (conversion.error)
             return {std::nullopt, std::move(conversion.error)};
         if (conversion.output.frameLength() == 0)

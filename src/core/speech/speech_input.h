@@ -31,9 +31,8 @@ struct BufferConversion {
 };
 
 /// Brings one buffer into the format `target`: a copy when it has that format, else what `converter`
-/// makes of it. Nothing comes out when there is no converter (it may be null), when it fails, and when
-/// it has no frames to give yet. The converter is told to wait for more, never that the sound ends, so
-/// that the next buffer joins without a seam.
+/// makes of it, which is given the buffer once. Nothing comes out when there is no converter (it may be
+/// null), when it fails, and when it has no frames to give yet.
 ///
 /// A buffer so long, or of so low a rate, that the converted length is no 32-bit frame count is a
 /// programming error and ends the process.

@@ -33,12 +33,12 @@ void TurnGate::leave()
 
 namespace {
 
-QCoro::Task<Transcript> collectResults(std::shared_ptr<SpeechTranscriber> transcriber, SystemLog& log)
+QCoro::Task<Transcript> collectResults(std::shared_ptr<SpeechAnalyzer> analyzer, SystemLog& log)
 {
     Transcript transcript;
     try {
         for (;;) {
-            const std::optional<SpeechResult> result = co_await transcriber->nextResult();
+            const std::optional<SpeechResult> result = co_await analyzer->nextResult();
             if (!result)
                 break;
             if (result->isFinal)
@@ -91,7 +91,6 @@ struct SpeechService::Core {
     const Locale locale;
     SpeechInput input;
     std::shared_ptr<SpeechAnalyzer> analyzer;
-    std::shared_ptr<SpeechTranscriber> transcriber;
     std::optional<QCoro::Task<Transcript>> results;
     /// Counts the starts and their ends, so that a start that was suspended can see that it is over.
     uint64_t currentDictation = 0;
@@ -109,11 +108,8 @@ QCoro::Task<Locale> SpeechService::Core::transcriptionLocale(std::shared_ptr<Cor
 QCoro::Task<> SpeechService::Core::ensureModel(std::shared_ptr<Core> core)
 {
     const Locale locale = co_await transcriptionLocale(core);
-    const std::shared_ptr<SpeechTranscriber> transcriber = core->framework.makeTranscriber(locale);
-    const std::unique_ptr<AssetInstallationRequest> request =
-        co_await core->framework.assetInstallationRequest(transcriber);
-    if (request)
-        co_await request->downloadAndInstall();
+    if (co_await core->framework.needsInstallation(locale))
+        co_await core->framework.downloadAndInstall(locale);
 }
 
 void SpeechService::Core::requireCurrent(uint64_t dictation) const
@@ -128,10 +124,8 @@ QCoro::Task<> SpeechService::Core::start(std::shared_ptr<Core> core, AudioFormat
     const Locale locale = co_await transcriptionLocale(core);
     core->requireCurrent(dictation);
     core->abandon();
-    core->transcriber = core->framework.makeTranscriber(locale);
-    core->analyzer = core->framework.makeAnalyzer(core->transcriber);
-    const std::optional<AudioFormat> format =
-        co_await core->framework.bestAvailableAudioFormat(core->transcriber);
+    core->analyzer = core->framework.makeAnalyzer(locale);
+    const std::optional<AudioFormat> format = co_await core->framework.bestAvailableAudioFormat(locale);
     core->requireCurrent(dictation);
     if (!format)
         throw SpeechError::noAnalyzerFormat();
@@ -140,9 +134,9 @@ QCoro::Task<> SpeechService::Core::start(std::shared_ptr<Core> core, AudioFormat
         throw SpeechError::converterUnavailable();
     const auto stream = std::make_shared<AudioStream>();
     core->input.connect({*format, converter, stream});
-    core->results = collectResults(core->transcriber, core->log);
     // Held here too: the task of an analyzer must not outlive it.
     const std::shared_ptr<SpeechAnalyzer> analyzer = core->analyzer;
+    core->results = collectResults(analyzer, core->log);
     co_await analyzer->start(stream);
     core->requireCurrent(dictation);
     core->input.drain();
@@ -154,7 +148,6 @@ QCoro::Task<Transcript> SpeechService::Core::finish(std::shared_ptr<Core> core)
     core->input.disconnect();
     const std::shared_ptr<SpeechAnalyzer> analyzer = std::exchange(core->analyzer, nullptr);
     std::optional<QCoro::Task<Transcript>> results = std::exchange(core->results, std::nullopt);
-    core->transcriber.reset();
     core->input.discardPending();
     Transcript transcript;
     bool finalized = true;
@@ -171,7 +164,6 @@ void SpeechService::Core::abandon()
 {
     input.disconnect();
     results.reset();
-    transcriber.reset();
     if (analyzer)
         const QCoro::Task<bool> ending = finalize(std::exchange(analyzer, nullptr), log);
 }

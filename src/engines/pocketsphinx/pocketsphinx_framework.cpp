@@ -1,7 +1,7 @@
 #include "engines/pocketsphinx/pocketsphinx_framework.h"
 
 #include "base/error.h"
-#include "engines/engine_thread.h"
+#include "engines/pocketsphinx/model_files.h"
 #include "engines/pocketsphinx/recognizer.h"
 #include "engines/utterance_splitter.h"
 
@@ -16,16 +16,6 @@ std::shared_ptr<Recognizer> lock(const std::weak_ptr<Recognizer>& engine)
     return locked;
 }
 
-class Transcriber : public SpeechTranscriber {
-public:
-    QCoro::Task<std::optional<SpeechResult>> nextResult() override { return ResultChannel::next(channel_); }
-
-    [[nodiscard]] const std::shared_ptr<ResultChannel>& channel() const { return channel_; }
-
-private:
-    std::shared_ptr<ResultChannel> channel_ = std::make_shared<ResultChannel>();
-};
-
 /// Brings the model into memory; throws when the engine is gone or the model can't be used.
 QCoro::Task<ModelPresence> load(std::weak_ptr<Recognizer> engine)
 {
@@ -37,16 +27,16 @@ QCoro::Task<ModelPresence> load(std::weak_ptr<Recognizer> engine)
 
 class Analyzer : public SpeechAnalyzer, public std::enable_shared_from_this<Analyzer> {
 public:
-    Analyzer(std::shared_ptr<ResultChannel> channel, std::weak_ptr<Recognizer> engine, MainQueue& queue)
-        : channel_(std::move(channel))
-        , engine_(std::move(engine))
-        , queue_(queue)
+    explicit Analyzer(std::weak_ptr<Recognizer> engine)
+        : engine_(std::move(engine))
     {
     }
     ~Analyzer() override
     {
-        if (dictation_)
-            dictation_->cancel();
+        if (run_)
+            run_->cancel();
+        else
+            results_->end(nullptr);
     }
     Analyzer(const Analyzer&) = delete;
     Analyzer& operator=(const Analyzer&) = delete;
@@ -57,62 +47,30 @@ public:
         const ModelPresence presence = co_await load(engine_);
         if (presence == ModelPresence::notInstalled)
             throw Error(modelMissingDescription());
-        dictation_ = makeDictation(std::move(input));
-        lock(engine_)->recognise(dictation_);
+        run_ = std::make_shared<RecognitionRun>(std::move(input));
+        lock(engine_)->recognise(run_, results_);
     }
+
+    QCoro::Task<std::optional<SpeechResult>> nextResult() override { return ResultChannel::next(results_); }
 
     QCoro::Task<> finalizeAndFinishThroughEndOfInput() override
     {
-        const OneShot<Done> finished = finished_;
-        if (!dictation_) {
-            channel_->end(nullptr);
-            co_return;
-        }
-        co_await finished;
+        if (!run_)
+            results_->end(nullptr);
+        const OneShot<Done> ended = results_->ended();
+        co_await ended;
     }
 
 private:
-    [[nodiscard]] std::shared_ptr<Dictation> makeDictation(std::shared_ptr<AudioStream> input) const
-    {
-        auto dictation = std::make_shared<Dictation>();
-        dictation->input = std::move(input);
-        dictation->recognised = [&queue = queue_, channel = channel_](const QString& text) {
-            queue.async([channel, text] { channel->push({text, true}); });
-        };
-        dictation->ended = [&queue = queue_, channel = channel_, finished = finished_](auto failure) {
-            queue.async([channel, finished, failure] {
-                channel->end(failure);
-                if (failure)
-                    finished.fail(failure);
-                else
-                    finished.complete(Done{});
-            });
-        };
-        return dictation;
-    }
-
-    std::shared_ptr<ResultChannel> channel_;
     std::weak_ptr<Recognizer> engine_;
-    MainQueue& queue_;
-    std::shared_ptr<Dictation> dictation_;
-    OneShot<Done> finished_;
-};
-
-/// The model comes from the distribution; this program can't install it.
-class MissingModel : public AssetInstallationRequest {
-public:
-    QCoro::Task<> downloadAndInstall() override
-    {
-        throw Error(modelMissingDescription());
-        co_return;
-    }
+    const std::shared_ptr<ResultChannel> results_ = std::make_shared<ResultChannel>();
+    std::shared_ptr<RecognitionRun> run_;
 };
 
 } // namespace
 
 PocketSphinxFramework::PocketSphinxFramework(const QString& modelFolder, MainQueue& queue)
-    : queue_(queue)
-    , engine_(std::make_shared<Recognizer>(modelFolder, queue))
+    : engine_(std::make_shared<Recognizer>(modelFolder, queue))
 {
 }
 
@@ -124,32 +82,26 @@ QCoro::Task<std::vector<Locale>> PocketSphinxFramework::supportedLocales()
     co_return locales;
 }
 
-std::shared_ptr<SpeechTranscriber> PocketSphinxFramework::makeTranscriber(const Locale&)
+QCoro::Task<bool> PocketSphinxFramework::needsInstallation(Locale /*locale*/)
 {
-    return std::make_shared<Transcriber>();
-}
-
-std::shared_ptr<SpeechAnalyzer>
-PocketSphinxFramework::makeAnalyzer(std::shared_ptr<SpeechTranscriber> transcriber)
-{
-    const auto own = std::dynamic_pointer_cast<Transcriber>(transcriber);
-    return own ? std::make_shared<Analyzer>(own->channel(), engine_, queue_) : nullptr;
-}
-
-QCoro::Task<std::unique_ptr<AssetInstallationRequest>>
-PocketSphinxFramework::assetInstallationRequest(std::shared_ptr<SpeechTranscriber>)
-{
-    std::unique_ptr<AssetInstallationRequest> request;
     const ModelPresence presence = co_await load(engine_);
-    if (presence == ModelPresence::notInstalled)
-        request = std::make_unique<MissingModel>();
-    co_return request;
+    co_return presence == ModelPresence::notInstalled;
 }
 
-QCoro::Task<std::optional<AudioFormat>>
-PocketSphinxFramework::bestAvailableAudioFormat(std::shared_ptr<SpeechTranscriber>)
+QCoro::Task<> PocketSphinxFramework::downloadAndInstall(Locale /*locale*/)
+{
+    throw Error(modelMissingDescription());
+    co_return;
+}
+
+QCoro::Task<std::optional<AudioFormat>> PocketSphinxFramework::bestAvailableAudioFormat(Locale /*locale*/)
 {
     co_return engineFormat;
+}
+
+std::shared_ptr<SpeechAnalyzer> PocketSphinxFramework::makeAnalyzer(const Locale& /*locale*/)
+{
+    return std::make_shared<Analyzer>(engine_);
 }
 
 } // namespace corvandi

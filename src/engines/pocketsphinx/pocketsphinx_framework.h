@@ -15,15 +15,13 @@ class Recognizer;
 /// packages. It recognises while the speaker goes on: each of his pauses yields a final result, and at
 /// the end only the last few words are left to do. There are no results that are not final.
 ///
-/// One decoder, loaded by `assetInstallationRequest` or else by the first analyzer's start, serves all
-/// dictations and gets used to voice and microphone. An analyzer that is started while another one is
-/// still busy gets its turn after it. A missing model can't be downloaded: the request's
-/// `downloadAndInstall` throws the sentence that says which package to install. A damaged one makes
-/// `assetInstallationRequest` and `start` throw.
+/// One decoder, loaded by `needsInstallation` or else by the first analyzer's start, serves all
+/// dictations and gets used to voice and microphone. A missing model can't be downloaded, as it comes
+/// from the distribution: `downloadAndInstall` throws the sentence that says which package to install.
+/// A damaged one makes `needsInstallation` and `start` throw.
 ///
 /// Destroying the framework ends everything that is going on within some milliseconds; results and
-/// `finalizeAndFinishThroughEndOfInput` that are awaited then throw. Destroying an analyzer abandons
-/// its dictation.
+/// `finalizeAndFinishThroughEndOfInput` that are awaited then throw.
 class PocketSphinxFramework : public SpeechFramework {
 public:
     /// `queue` must outlive the framework.
@@ -33,17 +31,12 @@ public:
     PocketSphinxFramework& operator=(const PocketSphinxFramework&) = delete;
 
     [[nodiscard]] QCoro::Task<std::vector<Locale>> supportedLocales() override;
-    [[nodiscard]] std::shared_ptr<SpeechTranscriber> makeTranscriber(const Locale& locale) override;
-    /// `transcriber` must be one of this framework's, else there is no analyzer (null).
-    [[nodiscard]] std::shared_ptr<SpeechAnalyzer>
-    makeAnalyzer(std::shared_ptr<SpeechTranscriber> transcriber) override;
-    [[nodiscard]] QCoro::Task<std::unique_ptr<AssetInstallationRequest>>
-    assetInstallationRequest(std::shared_ptr<SpeechTranscriber> transcriber) override;
-    [[nodiscard]] QCoro::Task<std::optional<AudioFormat>>
-    bestAvailableAudioFormat(std::shared_ptr<SpeechTranscriber> transcriber) override;
+    [[nodiscard]] QCoro::Task<bool> needsInstallation(Locale locale) override;
+    [[nodiscard]] QCoro::Task<> downloadAndInstall(Locale locale) override;
+    [[nodiscard]] QCoro::Task<std::optional<AudioFormat>> bestAvailableAudioFormat(Locale locale) override;
+    [[nodiscard]] std::shared_ptr<SpeechAnalyzer> makeAnalyzer(const Locale& locale) override;
 
 private:
-    MainQueue& queue_;
     /// The one owner: analyzers look at it through weak pointers.
     std::shared_ptr<Recognizer> engine_;
 };

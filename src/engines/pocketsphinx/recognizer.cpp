@@ -1,142 +1,115 @@
 #include "engines/pocketsphinx/recognizer.h"
 
 #include "base/error.h"
+#include "engines/pocketsphinx/model_files.h"
 
+#include <atomic>
 #include <utility>
 
 namespace corvandi {
-namespace {
 
-using namespace std::chrono_literals;
+/// What the jobs share, on the worker's thread.
+struct Recognizer::Decoding {
+    explicit Decoding(const QString& modelFolder)
+        : files(modelFolder)
+    {
+    }
 
-/// Readers pause for 300 to 500 ms within a sentence and longer between two.
-constexpr auto sentencePause = 700ms;
+    ModelPresence load();
+    void recognise(RecognitionRun& run, const std::function<void(const QString& text)>& report);
 
-QString spellWord(const QString& word)
+    const ModelFiles files;
+    std::unique_ptr<SphinxDecoder> decoder;
+    /// The one thing that the main thread looks at, too.
+    std::atomic<bool> isLoaded = false;
+};
+
+ModelPresence Recognizer::Decoding::load()
 {
-    // Also "i'm", "i'll", "i'd", "i've".
-    if (word == QLatin1String("i") || word.startsWith(QLatin1String("i'")))
-        return QLatin1Char('I') + word.mid(1);
-    return word;
+    if (decoder)
+        return ModelPresence::loaded;
+    if (!files.arePresent())
+        return ModelPresence::notInstalled;
+    files.verify();
+    decoder = std::make_unique<SphinxDecoder>(files);
+    isLoaded = true;
+    return ModelPresence::loaded;
 }
 
-QString capitalized(const QString& text)
+void Recognizer::Decoding::recognise(RecognitionRun& run,
+                                     const std::function<void(const QString& text)>& report)
 {
-    return text.left(1).toUpper() + text.mid(1);
+    if (load() == ModelPresence::notInstalled)
+        throw Error(modelMissingDescription());
+    try {
+        run.recognise(*decoder, report);
+    } catch (...) {
+        // It may be in the middle of an utterance, or worse: the next run gets a new one.
+        isLoaded = false;
+        decoder.reset();
+        throw;
+    }
 }
-
-} // namespace
-
-QString SentenceSpeller::add(const QString& words, std::chrono::milliseconds pauseBefore)
-{
-    pause_ += pauseBefore;
-    QStringList spelled;
-    for (const QString& word : words.split(QLatin1Char(' '), Qt::SkipEmptyParts))
-        spelled << spellWord(word);
-    if (spelled.isEmpty())
-        return {};
-    const auto pause = std::exchange(pause_, 0ms);
-    const bool beginsSentence = !hasText_ || pause >= sentencePause;
-    const QString text = spelled.join(QLatin1Char(' '));
-    const QString lead = separator(pause);
-    hasText_ = true;
-    return lead + (beginsSentence ? capitalized(text) : text);
-}
-
-QString SentenceSpeller::finish()
-{
-    return std::exchange(hasText_, false) ? QStringLiteral(".") : QString();
-}
-
-QString SentenceSpeller::separator(std::chrono::milliseconds pauseBefore) const
-{
-    if (!hasText_)
-        return {};
-    return pauseBefore >= sentencePause ? QStringLiteral(". ") : QStringLiteral(" ");
-}
-
-namespace {
-
-std::exception_ptr engineHasEnded()
-{
-    return std::make_exception_ptr(Error(QStringLiteral("The speech engine has been shut down.")));
-}
-
-} // namespace
 
 Recognizer::Recognizer(const QString& modelFolder, MainQueue& queue)
-    : files_(modelFolder)
-    , queue_(queue)
+    : queue_(queue)
+    , decoding_(std::make_shared<Decoding>(modelFolder))
+    , mailbox_(queue)
 {
 }
 
 Recognizer::~Recognizer()
 {
-    for (const auto& each : dictations_) {
-        if (const auto dictation = each.lock()) {
-            dictation->cancel();
-            // For those whose turn will not come; an end that follows is ignored.
-            dictation->ended(engineHasEnded());
-        }
-    }
-    queue_.async([loads = loads_] {
+    // Later, as those who wait may do anything. What the worker still posts goes with the mailbox.
+    queue_.async([loads = std::move(loads_), runs = std::move(results_)] {
+        const auto failure =
+            std::make_exception_ptr(Error(QStringLiteral("The speech engine has been shut down.")));
         for (const auto& load : loads)
-            load.fail(engineHasEnded());
+            load.fail(failure);
+        for (const auto& each : runs) {
+            if (const auto results = each.lock())
+                results->end(failure);
+        }
     });
 }
 
 OneShot<ModelPresence> Recognizer::load()
 {
     OneShot<ModelPresence> outcome;
-    if (isLoaded_) {
+    if (decoding_->isLoaded) {
         outcome.complete(ModelPresence::loaded);
         return outcome;
     }
     std::erase_if(loads_, [](const auto& load) { return load.isCompleted(); });
     loads_.push_back(outcome);
-    thread_.post([this, outcome] {
+    worker_.post([decoding = decoding_, outcome, address = mailbox_.address()](const std::stop_token&) {
         try {
-            const ModelPresence presence = loadDecoder();
-            queue_.async([outcome, presence] { outcome.complete(presence); });
+            const ModelPresence presence = decoding->load();
+            address.post([outcome, presence] { outcome.complete(presence); });
         } catch (...) {
-            queue_.async([outcome, failure = std::current_exception()] { outcome.fail(failure); });
+            address.post([outcome, failure = std::current_exception()] { outcome.fail(failure); });
         }
     });
     return outcome;
 }
 
-void Recognizer::recognise(const std::shared_ptr<Dictation>& dictation)
+void Recognizer::recognise(std::shared_ptr<RecognitionRun> run, const std::shared_ptr<ResultChannel>& results)
 {
-    std::erase_if(dictations_, [](const auto& each) { return each.expired(); });
-    dictations_.push_back(dictation);
-    thread_.post([this, dictation] { recogniseNow(*dictation); });
-}
-
-ModelPresence Recognizer::loadDecoder()
-{
-    if (decoder_)
-        return ModelPresence::loaded;
-    if (!files_.arePresent())
-        return ModelPresence::notInstalled;
-    files_.verify();
-    decoder_ = std::make_unique<SphinxDecoder>(files_);
-    isLoaded_ = true;
-    return ModelPresence::loaded;
-}
-
-void Recognizer::recogniseNow(Dictation& dictation)
-{
-    try {
-        if (loadDecoder() == ModelPresence::notInstalled)
-            throw Error(modelMissingDescription());
-        recogniseDictation(*decoder_, dictation);
-        dictation.ended(nullptr);
-    } catch (...) {
-        // It may be in the middle of an utterance, or worse: the next dictation gets a new one.
-        isLoaded_ = false;
-        decoder_.reset();
-        dictation.ended(std::current_exception());
-    }
+    std::erase_if(results_, [](const auto& each) { return each.expired(); });
+    results_.push_back(results);
+    worker_.post([decoding = decoding_, run = std::move(run), results,
+                  address = mailbox_.address()](const std::stop_token& stop) {
+        const std::stop_callback cancelling(stop, [&run] { run->cancel(); });
+        std::exception_ptr failure;
+        try {
+            decoding->recognise(*run, [&](const QString& text) {
+                address.post([results, text] { results->push({text, true}); });
+            });
+        } catch (...) {
+            failure = std::current_exception();
+        }
+        address.post([results, failure] { results->end(failure); });
+    });
 }
 
 } // namespace corvandi

@@ -87,39 +87,20 @@ public:
         waiting_.reserve(expectedFrames);
     }
 
-    Conversion convert(uint32_t frameCapacity, const InputBlock& input) override
-    {
-        std::vector<float> output(frameCapacity);
-        size_t made = resampleInto(output);
-        std::optional<QString> error;
-        while (made < output.size() && !error) {
-            const ConverterInput next = input();
-            if (next.status == ConverterInputStatus::noDataNow)
-                break;
-            if (next.status == ConverterInputStatus::endOfStream) {
-                made += runOut(std::span(output).subspan(made));
-                break;
-            }
-            error = accept(*next.buffer);
-            made += resampleInto(std::span(output).subspan(made));
-        }
-        output.resize(made);
-        return {makeBuffer(to_, std::move(output)), std::move(error)};
-    }
-
-private:
-    /// Takes a buffer in; says why when it can't.
-    std::optional<QString> accept(const AudioBuffer& buffer)
+    Conversion convert(const AudioBuffer& buffer, uint32_t frameCapacity) override
     {
         if (buffer.format() != from_)
-            return QStringLiteral("the sound is not in the format that was agreed on");
+            return {{}, QStringLiteral("the sound is not in the format that was agreed on")};
         if (from_.sampleFormat == SampleFormat::float32)
             appendAverages(buffer.floatSamples(), from_.channelCount, waiting_);
         else
             appendAverages(buffer.int16Samples(), from_.channelCount, waiting_);
-        return std::nullopt;
+        std::vector<float> output(frameCapacity);
+        output.resize(resampleInto(output));
+        return {makeBuffer(to_, std::move(output)), std::nullopt};
     }
 
+private:
     /// Makes as much output of the sound that waits as fits; the rest goes on waiting.
     size_t resampleInto(std::span<float> output)
     {
@@ -134,16 +115,6 @@ private:
         }
         waiting_.erase(waiting_.begin(), waiting_.begin() + consumed);
         return made;
-    }
-
-    /// At the end of the stream: gets the last of it out of the resampler's filter.
-    size_t runOut(std::span<float> output)
-    {
-        if (!resampler_)
-            return 0;
-        const int delay = speex_resampler_get_input_latency(resampler_.get());
-        waiting_.insert(waiting_.end(), static_cast<size_t>(delay), 0.0F);
-        return resampleInto(output);
     }
 
     AudioFormat from_;

@@ -85,10 +85,8 @@ private:
             : prepared_(prepared)
         {
         }
-        Conversion convert(uint32_t /*frameCapacity*/, const InputBlock& input) override
+        Conversion convert(const AudioBuffer& /*buffer*/, uint32_t /*frameCapacity*/) override
         {
-            while (input().status == ConverterInputStatus::haveData) {
-            }
             return {std::move(prepared_), std::nullopt};
         }
 

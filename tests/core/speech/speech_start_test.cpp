@@ -59,7 +59,7 @@ TEST_F(SpeechStartTest, AnUnsupportedLanguageIsReportedBeforeAnythingIsMade)
     makeService(QStringLiteral("xx"));
     const auto outcome = start();
     EXPECT_EQ(kindOf(outcome), SpeechError::Kind::localeUnsupported);
-    EXPECT_THAT(framework.transcriberLocales(), IsEmpty());
+    EXPECT_THAT(framework.usedLocales(), IsEmpty());
     EXPECT_THAT(framework.dictations(), IsEmpty());
     EXPECT_EQ(finish().value(), (Transcript{{}, false}));
 }

@@ -1,8 +1,8 @@
 #include "engines/pocketsphinx/model_files.h"
 
-#include "base/error.h"
 #include "engines/pocketsphinx/pocketsphinx_framework.h"
 #include "support/event_loop.h"
+#include "support/task_outcome.h"
 #include "system/process/qt_main_queue.h"
 
 #include <QDir>
@@ -16,6 +16,7 @@
 namespace corvandi {
 namespace {
 
+using testing::TaskOutcome;
 using testing::waitUntil;
 
 enum class Damage { empty, cutToAQuarter, cutInHalf, shortOfAWord, overwrittenInTheMiddle, zeroed, missing };
@@ -79,37 +80,18 @@ private:
     QTemporaryDir folder_;
 };
 
-/// What the framework says about a model.
-struct Verdict {
-    bool isKnown = false;
-    bool isUsable = false;
-    QString sentence;
-};
-
-QCoro::Task<> ask(SpeechFramework& framework, Verdict& verdict)
-{
-    try {
-        std::shared_ptr<SpeechTranscriber> transcriber =
-            framework.makeTranscriber(Locale(QStringLiteral("en-US")));
-        std::unique_ptr<AssetInstallationRequest> request =
-            co_await framework.assetInstallationRequest(transcriber);
-        verdict.isUsable = request == nullptr;
-        if (request)
-            co_await request->downloadAndInstall();
-    } catch (const Error& error) {
-        verdict.sentence = error.description();
-    }
-    verdict.isKnown = true;
-}
-
-Verdict verdictOn(const QString& folder)
+/// The sentence with which the model in `folder` is refused, when it is to be installed or at once.
+QString refusalOf(const QString& folder)
 {
     QtMainQueue queue;
     PocketSphinxFramework framework(folder, queue);
-    Verdict verdict;
-    const auto asking = ask(framework, verdict);
-    EXPECT_TRUE(waitUntil([&] { return verdict.isKnown; }, std::chrono::seconds(20)));
-    return verdict;
+    const Locale english(QStringLiteral("en-US"));
+    const TaskOutcome<bool> asked(framework.needsInstallation(english));
+    EXPECT_TRUE(waitUntil([&] { return asked.hasEnded(); }, std::chrono::seconds(20)));
+    if (asked.hasFailed())
+        return asked.failure();
+    EXPECT_TRUE(asked.hasSucceeded() && asked.value());
+    return TaskOutcome<>(framework.downloadAndInstall(english)).failure();
 }
 
 struct Case {
@@ -129,9 +111,8 @@ TEST_P(DamagedFile, IsRefusedWithASentenceAndTheProgramGoesOn)
 {
     for (const Damage damage : GetParam().damages) {
         const DamagedModel model(QLatin1String(GetParam().file), damage);
-        const Verdict verdict = verdictOn(model.folder());
-        EXPECT_FALSE(verdict.isUsable) << GetParam().file << ' ' << static_cast<int>(damage);
-        EXPECT_FALSE(verdict.sentence.isEmpty());
+        EXPECT_FALSE(refusalOf(model.folder()).isEmpty())
+            << GetParam().file << ' ' << static_cast<int>(damage);
     }
 }
 
