@@ -11,10 +11,10 @@
 #include "shell/updates/updater_view_model.h"
 #include "system/desktop/tray_icon.h"
 #include "system/process/idle_activation_policy.h"
-#include "system/updates/linux_update_source.h"
 #include "system/updates/update_configuration.h"
+#include "system/updates/web_update_source.h"
 #include "views/appearance/appearance_follower.h"
-#include "views/dialogs/update_dialogs.h"
+#include "views/dialogs/notice_dialogs.h"
 #include "views/menu/menu_bar_pictures.h"
 #include "views/menu/menu_view.h"
 #include "views/settings/managed_widget_windows.h"
@@ -22,6 +22,7 @@
 #include "views/symbols/symbol.h"
 
 #include <QApplication>
+#include <QDesktopServices>
 
 #include <optional>
 
@@ -55,11 +56,12 @@ struct Application::Objects {
         {facilities.queue, facilities.userDefaults, permissions, navigator, activationPolicy, windows},
         [this] { return makeController(); });
 
-    LinuxUpdateSource updateSource{UpdateConfiguration::builtIn(facilities.log), facilities.queue};
-    UpdateDialogs updateDialogs;
+    WebUpdateSource updateSource{UpdateConfiguration::builtIn(facilities.log), facilities.queue};
+    NoticeDialogs updateDialogs;
     FeedUpdater feedUpdater{UpdaterPlatform{facilities.queue, facilities.wallClock, facilities.userDefaults,
-                                            facilities.log, updateSource, updateDialogs},
-                            runningProgram()};
+                                            facilities.log, updateSource, updateDialogs,
+                                            &QDesktopServices::openUrl},
+                            RunningProgram::thisOne()};
     UpdaterViewModel updater{feedUpdater};
 
     MenuBarIcon menuBarIcon{programPicture, symbolPicture};

@@ -22,17 +22,17 @@ QString storeDirectory()
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QLatin1String("/Corvandi");
 }
 
-void askForAccessibility(UpdatePresenter& questions, const AtSpiAccessibilityClient::Answer& answer)
+void askForAccessibility(NoticePresenter& questions, const AtSpiAccessibilityClient::Answer& answer)
 {
-    const UpdateQuestion question{
-        .message = {translated("Turn on the desktop's accessibility support?"),
-                    translated(
-                        "Corvandi needs it to tell text fields from password fields, and to insert text "
-                        "where you are typing. It stays on for your other applications, too.")},
+    const Question question{
+        .notice = {translated("Turn on the desktop's accessibility support?"),
+                   translated(
+                       "Corvandi needs it to tell text fields from password fields, and to insert text "
+                       "where you are typing. It stays on for your other applications, too.")},
         .accept = translated("Turn On"),
         .decline = translated("Not Now"),
     };
-    questions.ask(question, [answer](UpdateAnswer given) { answer(given == UpdateAnswer::accept); });
+    questions.ask(question, [answer](Answer given) { answer(given == Answer::accept); });
 }
 
 std::unique_ptr<HUDContent> makeHUDContent(HUDModel& model)

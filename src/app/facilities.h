@@ -16,7 +16,7 @@
 #include "system/language_model/chat_server_model.h"
 #include "system/preferences/qt_user_defaults.h"
 #include "system/process/qt_main_queue.h"
-#include "views/dialogs/update_dialogs.h"
+#include "views/dialogs/notice_dialogs.h"
 
 namespace corvandi {
 
@@ -38,8 +38,8 @@ struct Facilities {
     std::unique_ptr<DesktopSession> session;
     PortalAppearance appearance;
     /// One thing to tell, and one to ask, at a time.
-    UpdateDialogs notices{QStringLiteral("Corvandi")};
-    UpdateDialogs questions{QStringLiteral("Corvandi")};
+    NoticeDialogs notices{QStringLiteral("Corvandi")};
+    NoticeDialogs questions{QStringLiteral("Corvandi")};
     AtSpiAccessibilityClient accessibility;
     DesktopSystemSettings systemSettings;
     AtSpiFocus focus;

@@ -7,9 +7,9 @@
 
 namespace corvandi {
 
-/// Keeps the program up to date.
+/// Tells the person when there is a newer release.
 ///
-/// Thread: main thread only. No call waits for the network or the disk.
+/// Thread: main thread only. No call waits for the network.
 class Updater {
 public:
     virtual ~Updater() = default;
@@ -17,8 +17,8 @@ public:
     /// Begins the life of the updater; called once. From then on it may check on its own, if the person
     /// has asked for that.
     virtual void start() = 0;
-    /// Whether `checkForUpdates` would begin a check: false before `start`, while a check runs (with all
-    /// that follows from it: questions, download), and always when this program has nowhere to look.
+    /// Whether `checkForUpdates` would begin a check: false before `start`, while a check runs (with
+    /// the question that follows from it), and always when this program has nowhere to look.
     [[nodiscard]] virtual bool canCheckForUpdates() const = 0;
     /// Tells the present value at once, inside this call, and each new one as long as the registration
     /// lives. It may outlive the updater.

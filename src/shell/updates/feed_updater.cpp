@@ -32,13 +32,9 @@ QString kindName(UpdateFailure::Kind kind)
     case UpdateFailure::Kind::untrusted:
         return QStringLiteral("the feed's signature is wrong");
     case UpdateFailure::Kind::incomplete:
-        return QStringLiteral("the package is incomplete");
-    case UpdateFailure::Kind::tampered:
-        return QStringLiteral("the package is not the signed one");
-    case UpdateFailure::Kind::notStored:
-        return QStringLiteral("the package can't be stored");
+        return QStringLiteral("the feed is incomplete");
     case UpdateFailure::Kind::notOpened:
-        return QStringLiteral("the installer can't be opened");
+        return QStringLiteral("the page can't be opened");
     }
     return {};
 }
@@ -125,8 +121,6 @@ void FeedUpdater::checkForUpdates()
         }
         [[fallthrough]];
     case Phase::asking:
-    case Phase::downloading:
-    case Phase::opening:
         platform_.presenter.bringToFront();
     }
 }
@@ -138,8 +132,8 @@ void FeedUpdater::begin(Audience audience)
     enter(Phase::checking);
     if (audience_ == Audience::person)
         showChecking();
-    operation_ =
-        platform_.source.fetchFeed([this](const UpdateResult<Release>& result) { feedArrived(result); });
+    request_ =
+        platform_.source.fetch([this](const UpdateResult<QByteArray>& result) { feedArrived(result); });
 }
 
 void FeedUpdater::showChecking()
@@ -147,13 +141,16 @@ void FeedUpdater::showChecking()
     platform_.presenter.showBusy(update_texts::checking(), [this] { finish(); });
 }
 
-void FeedUpdater::feedArrived(const UpdateResult<Release>& result)
+void FeedUpdater::feedArrived(const UpdateResult<QByteArray>& result)
 {
-    operation_.reset();
-    if (const auto* failure = std::get_if<UpdateFailure>(&result))
+    request_.reset();
+    const auto* manifest = std::get_if<QByteArray>(&result);
+    const UpdateResult<Release> release =
+        manifest ? readManifest(*manifest) : std::get<UpdateFailure>(result);
+    if (const auto* failure = std::get_if<UpdateFailure>(&release))
         fail(*failure);
     else
-        decideOn(std::get<Release>(result));
+        decideOn(std::get<Release>(release));
 }
 
 void FeedUpdater::decideOn(const Release& release)
@@ -166,60 +163,27 @@ void FeedUpdater::decideOn(const Release& release)
         finishWith(update_texts::needsNewerSystem(release, program_));
         return;
     }
-    release_ = release;
     enter(Phase::asking);
     const Attention attention = audience_ == Audience::person ? Attention::take : Attention::waitForIt;
-    platform_.presenter.ask(update_texts::download(release, program_, attention),
-                            [this](UpdateAnswer answer) {
-                                if (answer == UpdateAnswer::accept)
-                                    download();
+    platform_.presenter.ask(update_texts::available(release, program_, attention),
+                            [this, release](Answer answer) {
+                                if (answer == Answer::accept)
+                                    openPage(release);
                                 else
                                     finish();
                             });
 }
 
-void FeedUpdater::download()
+void FeedUpdater::openPage(const Release& release)
 {
     audience_ = Audience::person;
-    enter(Phase::downloading);
-    platform_.presenter.showBusy(update_texts::downloading(*release_), [this] { finish(); });
-    operation_ = platform_.source.fetchPackage(
-        *release_, [this](DownloadProgress progress) { platform_.presenter.showProgress(progress); },
-        [this](UpdateResult<std::unique_ptr<UpdatePackage>> result) { packageArrived(std::move(result)); });
-}
-
-void FeedUpdater::packageArrived(UpdateResult<std::unique_ptr<UpdatePackage>> result)
-{
-    operation_.reset();
-    if (const auto* failure = std::get_if<UpdateFailure>(&result)) {
-        fail(*failure);
+    const QString address = release.page.toString();
+    if (!platform_.openPage(release.page)) {
+        fail({UpdateFailure::Kind::notOpened, address});
         return;
     }
-    package_ = std::get<std::unique_ptr<UpdatePackage>>(std::move(result));
-    enter(Phase::asking);
-    platform_.presenter.ask(update_texts::install(*release_), [this](UpdateAnswer answer) {
-        if (answer == UpdateAnswer::accept)
-            openPackage();
-        else
-            finish();
-    });
-}
-
-void FeedUpdater::openPackage()
-{
-    enter(Phase::opening);
-    platform_.presenter.showBusy(update_texts::opening());
-    operation_ =
-        package_->open([this](const std::optional<UpdateFailure>& failure) { packageOpened(failure); });
-}
-
-void FeedUpdater::packageOpened(const std::optional<UpdateFailure>& failure)
-{
-    if (failure) {
-        fail(*failure);
-        return;
-    }
-    platform_.log.write(QStringLiteral("update %1 was given to the installer").arg(release_->version.text()));
+    platform_.log.write(
+        QStringLiteral("the page of update %1 was opened: %2").arg(release.version.text(), address));
     finish();
 }
 
@@ -229,19 +193,17 @@ void FeedUpdater::fail(const UpdateFailure& failure)
     finishWith(update_texts::failed(failure));
 }
 
-void FeedUpdater::finishWith(const UpdateMessage& message)
+void FeedUpdater::finishWith(const Notice& notice)
 {
     const bool isWatched = audience_ == Audience::person;
     finish();
     if (isWatched)
-        platform_.presenter.tell(message);
+        platform_.presenter.tell(notice);
 }
 
 void FeedUpdater::finish()
 {
-    operation_.reset();
-    package_.reset();
-    release_.reset();
+    request_.reset();
     platform_.presenter.dismiss();
     enter(Phase::idle);
 }

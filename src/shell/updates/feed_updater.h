@@ -1,19 +1,21 @@
 #pragma once
 
 #include "base/main_queue.h"
+#include "ports/notice_presenter.h"
 #include "ports/system_log.h"
+#include "ports/update_source.h"
 #include "ports/updater.h"
 #include "ports/user_defaults.h"
 #include "ports/wall_clock.h"
-#include "shell/updates/update_presenter.h"
-#include "shell/updates/update_source.h"
+#include "shell/updates/release.h"
 
 #include <QString>
+#include <QUrl>
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
-#include <optional>
 
 namespace corvandi {
 
@@ -24,14 +26,16 @@ struct UpdaterPlatform {
     UserDefaults& defaults;
     SystemLog& log;
     UpdateSource& source;
-    UpdatePresenter& presenter;
+    NoticePresenter& presenter;
+    /// Shows a page in the person's web browser; false when there is none. Does not wait for it.
+    std::function<bool(const QUrl&)> openPage;
 };
 
 /// The updater: decides when to look, what is offered and what is asked.
 ///
 /// A check fetches the feed. A release that is newer than the running program, and that this system can
-/// run, is announced; the person says whether it is downloaded. Only a download that was found to be
-/// the signed one is offered for installation, and only the person's yes opens the system's installer.
+/// run, is announced; on the person's yes its page is opened in the web browser. Nothing is downloaded or
+/// installed here: that is the package manager's business.
 ///
 /// A check that a person asked for shows everything, also that there is nothing and what went wrong. A
 /// check on schedule shows nothing but a release, without taking the keyboard focus, and logs failures.
@@ -60,7 +64,7 @@ public:
     void checkForUpdates() override;
 
 private:
-    enum class Phase : uint8_t { stopped, idle, checking, asking, downloading, opening };
+    enum class Phase : uint8_t { stopped, idle, checking, asking };
     /// Who wants to know how it goes: nobody before there is something to show, or a person.
     enum class Audience : uint8_t { nobody, person };
     class Observer;
@@ -69,15 +73,12 @@ private:
     void enter(Phase phase);
     void begin(Audience audience);
     void showChecking();
-    void feedArrived(const UpdateResult<Release>& result);
+    void feedArrived(const UpdateResult<QByteArray>& result);
     void decideOn(const Release& release);
-    void download();
-    void packageArrived(UpdateResult<std::unique_ptr<UpdatePackage>> result);
-    void openPackage();
-    void packageOpened(const std::optional<UpdateFailure>& failure);
+    void openPage(const Release& release);
 
     void finish();
-    void finishWith(const UpdateMessage& message);
+    void finishWith(const Notice& notice);
     void fail(const UpdateFailure& failure);
 
     [[nodiscard]] bool needsNewerSystem(const Release& release) const;
@@ -89,10 +90,8 @@ private:
     RunningProgram program_;
     Phase phase_ = Phase::stopped;
     Audience audience_ = Audience::nobody;
-    std::optional<Release> release_;
-    std::unique_ptr<UpdatePackage> package_;
-    /// What is under way; destroying it cancels that. Goes before the package.
-    std::unique_ptr<Registration> operation_;
+    /// Destroying it cancels it.
+    std::unique_ptr<Registration> request_;
     std::unique_ptr<Timer> nextCheck_;
     std::shared_ptr<Observers> observers_;
     uint64_t nextObserver_ = 0;

@@ -1,7 +1,6 @@
 #include "shell/updates/update_texts.h"
 
 #include <QCoreApplication>
-#include <QLocale>
 
 namespace corvandi::update_texts {
 namespace {
@@ -29,13 +28,8 @@ QString reason(const UpdateFailure& failure)
                           "ignored.");
     case UpdateFailure::Kind::incomplete:
         return translated("The download broke off before it was complete. Try again.");
-    case UpdateFailure::Kind::tampered:
-        return translated("The download isn't what the makers of Corvandi have signed, so it was deleted.");
-    case UpdateFailure::Kind::notStored:
-        return translated("The update can't be stored: %1.").arg(failure.detail);
     case UpdateFailure::Kind::notOpened:
-        return translated("The update is fine, but no installer could be opened for it. You can install it "
-                          "yourself:\n%1")
+        return translated("No web browser could be opened. You can open the page yourself:\n%1")
             .arg(failure.detail);
     }
     return {};
@@ -54,23 +48,13 @@ QString checking()
     return translated("Checking for updates…");
 }
 
-QString downloading(const Release& release)
-{
-    return translated("Downloading Corvandi %1…").arg(release.version.text());
-}
-
-QString opening()
-{
-    return translated("Checking the download and opening the installer…");
-}
-
-UpdateMessage upToDate(const RunningProgram& program)
+Notice upToDate(const RunningProgram& program)
 {
     return {translated("You're up to date."),
             translated("Corvandi %1 is the newest version.").arg(program.version.text())};
 }
 
-UpdateMessage needsNewerSystem(const Release& release, const RunningProgram& program)
+Notice needsNewerSystem(const Release& release, const RunningProgram& program)
 {
     const QString oldest = release.minimumSystem.at(program.system).text();
     return {translated("Corvandi %1 is there, but it needs a newer system.").arg(release.version.text()),
@@ -78,30 +62,18 @@ UpdateMessage needsNewerSystem(const Release& release, const RunningProgram& pro
                 .arg(systemName(program.system, oldest), systemName(program.system, program.systemVersion))};
 }
 
-UpdateQuestion download(const Release& release, const RunningProgram& program, Attention attention)
+Question available(const Release& release, const RunningProgram& program, Attention attention)
 {
-    const QString size = QLocale().formattedDataSize(release.length, 1, QLocale::DataSizeSIFormat);
-    QString details =
-        translated("You have version %1. The download is %2.").arg(program.version.text(), size);
+    QString details = translated("You have version %1.").arg(program.version.text());
     if (!release.notes.isEmpty())
         details += QStringLiteral("\n\n") + release.notes;
     return {{translated("Corvandi %1 is available.").arg(release.version.text()), details},
-            translated("Download"),
+            translated("Open Page"),
             translated("Not Now"),
             attention};
 }
 
-UpdateQuestion install(const Release& release)
-{
-    return {{translated("Corvandi %1 is ready to install.").arg(release.version.text()),
-             translated("The download is signed by the makers of Corvandi. Your system's installer opens it "
-                        "and guides you through the rest.")},
-            translated("Install…"),
-            translated("Not Now"),
-            Attention::take};
-}
-
-UpdateMessage failed(const UpdateFailure& failure)
+Notice failed(const UpdateFailure& failure)
 {
     return {translated("The update didn't work."), reason(failure)};
 }

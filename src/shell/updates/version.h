@@ -1,11 +1,10 @@
 #pragma once
 
 #include <QString>
+#include <QVersionNumber>
 
 #include <compare>
-#include <cstdint>
 #include <optional>
-#include <vector>
 
 namespace corvandi {
 
@@ -21,16 +20,16 @@ public:
 
     friend std::strong_ordering operator<=>(const Version& one, const Version& other)
     {
-        return one.parts_ <=> other.parts_;
+        return QVersionNumber::compare(one.number_, other.number_) <=> 0;
     }
-    friend bool operator==(const Version& one, const Version& other) { return one.parts_ == other.parts_; }
+    friend bool operator==(const Version& one, const Version& other) { return one.number_ == other.number_; }
 
 private:
-    Version(QString text, std::vector<uint32_t> parts);
+    explicit Version(const QString& text);
 
     QString text_;
     /// Without zeros at the end.
-    std::vector<uint32_t> parts_;
+    QVersionNumber number_;
 };
 
 } // namespace corvandi

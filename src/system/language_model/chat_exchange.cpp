@@ -3,7 +3,7 @@
 #include "base/json.h"
 #include "system/language_model/chat_answer.h"
 #include "system/language_model/known_servers.h"
-#include "system/net/http_exchange.h"
+#include "system/net/http_fetch.h"
 
 namespace corvandi {
 
@@ -34,6 +34,9 @@ LanguageModelAnswer outcomeOf(const std::optional<HttpEnd>& end, ChatAnswer& ans
     case HttpEnd::Kind::unreachable:
         return LanguageModelFailure{QStringLiteral("the model server does not run any more")};
     case HttpEnd::Kind::brokenOff:
+    case HttpEnd::Kind::notUnderstood:
+    case HttpEnd::Kind::insecure:
+    case HttpEnd::Kind::timedOut:
         break;
     }
     return LanguageModelFailure{QStringLiteral("the connection to the model server broke off")};
@@ -44,16 +47,12 @@ LanguageModelAnswer outcomeOf(const std::optional<HttpEnd>& end, ChatAnswer& ans
 LanguageModelAnswer askModel(const ModelPlace& place, const QString& instructions, const QString& prompt,
                              const std::stop_token& stop)
 {
-    StoppableLoop loop(stop);
     ChatAnswer answer;
-    const auto network = makeLoopbackNetwork();
-    const HttpExchange exchange(
-        *network, protocolAddress(place.server, QStringLiteral("chat/completions")),
-        chatRequest(place.model, instructions, prompt),
-        [&answer](const QByteArray& bytes) { return answer.feed(bytes); },
-        [&loop](const HttpEnd&) { loop.quit(); });
-    loop.run();
-    return outcomeOf(exchange.ended(), answer);
+    const std::optional<HttpEnd> end = fetch(
+        {.url = protocolAddress(place.server, QStringLiteral("chat/completions")),
+         .json = chatRequest(place.model, instructions, prompt)},
+        [&answer](const QByteArray& bytes) { return answer.feed(bytes); }, stop);
+    return outcomeOf(end, answer);
 }
 
 } // namespace corvandi

@@ -42,7 +42,7 @@ constexpr MainQueue::Duration freshness = 2s;
 /// does not get round to it.
 constexpr MainQueue::Duration searchLimit = 1500ms;
 /// Enough for the questions of the present and those that are just being given up.
-constexpr int mostThreads = 8;
+constexpr size_t mostThreads = 8;
 
 } // namespace
 
@@ -84,8 +84,8 @@ public:
 
     void respond(const QString& prompt, std::function<void(LanguageModelAnswer)> done) override
     {
-        question_ = std::make_unique<BackgroundTask<LanguageModelAnswer>>(
-            model_.threads_, model_.queue_,
+        question_ = std::make_unique<Errand<LanguageModelAnswer>>(
+            model_.worker_, model_.queue_,
             [place = model_.findings_.place, instructions = instructions_,
              prompt](const std::stop_token& stop) -> LanguageModelAnswer {
                 if (!place)
@@ -98,7 +98,7 @@ public:
 private:
     ChatServerModel& model_;
     QString instructions_;
-    std::unique_ptr<BackgroundTask<LanguageModelAnswer>> question_;
+    std::unique_ptr<Errand<LanguageModelAnswer>> question_;
 };
 
 ChatServerModel::Machine ChatServerModel::Machine::thisOne()
@@ -114,10 +114,9 @@ ChatServerModel::ChatServerModel(MainQueue& queue, UserDefaults& defaults, Syste
     , defaults_(defaults)
     , log_(log)
     , machine_(std::move(machine))
+    , worker_(QStringLiteral("language model"), Worker::AtEnd::stop, Worker::usualPatience, mostThreads)
 {
     RewritePreferences::registerDefaults(defaults_);
-    threads_.setMaxThreadCount(mostThreads);
-    threads_.setExpiryTimeout(0);
 }
 
 ChatServerModel::~ChatServerModel() = default;
@@ -153,8 +152,8 @@ void ChatServerModel::beginSearch()
     } else if (!preferences.isEnabled) {
         endSearch({LanguageModelAvailability::appleIntelligenceNotEnabled, std::nullopt, {}});
     } else {
-        search_ = std::make_unique<BackgroundTask<ServerFindings>>(
-            threads_, queue_,
+        search_ = std::make_unique<Errand<ServerFindings>>(
+            worker_, queue_,
             [search = makeSearch(preferences)](const std::stop_token& stop) {
                 return findModel(search, stop);
             },

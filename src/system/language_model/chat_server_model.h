@@ -1,14 +1,13 @@
 #pragma once
 
 #include "base/main_queue.h"
+#include "base/worker.h"
 #include "ports/language_model.h"
 #include "ports/system_log.h"
 #include "ports/user_defaults.h"
 #include "system/language_model/server_search.h"
-#include "system/net/http_exchange.h"
 
 #include <QString>
-#include <QThreadPool>
 #include <QUrl>
 
 #include <memory>
@@ -90,8 +89,8 @@ private:
     QString lastComplaint_;
     /// Those who wait for the search.
     std::vector<Look*> waiting_;
-    QThreadPool threads_;
-    std::unique_ptr<BackgroundTask<ServerFindings>> search_;
+    Worker worker_;
+    std::unique_ptr<Errand<ServerFindings>> search_;
     std::unique_ptr<Timer> searchLimit_;
 };
 

@@ -1,6 +1,6 @@
 #include "system/language_model/known_servers.h"
 
-#include "base/loopback_host.h"
+#include "system/net/web_address.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -3,10 +3,9 @@
 #include "base/error.h"
 #include "base/json.h"
 #include "system/language_model/known_servers.h"
-#include "system/net/http_exchange.h"
+#include "system/net/stoppable_loop.h"
 
 #include <QDeadlineTimer>
-#include <QTimer>
 
 #include <algorithm>
 #include <memory>
@@ -58,33 +57,30 @@ constexpr int serviceUnavailable = 503;
 } // namespace
 
 ServerInquiry::ServerInquiry(QNetworkAccessManager& network, const QUrl& server, QString wantedModel,
-                             std::function<void()> answered)
+                             std::chrono::milliseconds patience, std::function<void()> answered)
     : server_(server)
     , wantedModel_(std::move(wantedModel))
-    , exchange_(
-          network, protocolAddress(server, QStringLiteral("models")),
-          [this](const QByteArray& bytes) { return take(bytes); },
+    , answer_(longestList)
+    , fetch_(
+          network, {.url = protocolAddress(server, QStringLiteral("models")), .totalLimit = patience},
+          [this](const QByteArray& bytes) { return answer_.take(bytes); },
           [this, answered = std::move(answered)](const HttpEnd& end) {
-              if (end.kind == HttpEnd::Kind::answered && answer_.size() <= longestList)
-                  models_ = readModelList(answer_);
+              if (end.kind == HttpEnd::Kind::answered && !answer_.isTooLong())
+                  models_ = readModelList(answer_.bytes());
               answered();
           })
 {
 }
 
-bool ServerInquiry::take(const QByteArray& bytes)
-{
-    answer_ += bytes;
-    return answer_.size() <= longestList;
-}
-
 ServerInquiry::Verdict ServerInquiry::verdict() const
 {
-    if (!exchange_.ended())
+    const std::optional<HttpEnd>& end = fetch_.ended();
+    if (!end)
         return Verdict::open;
     if (models_)
         return model() ? Verdict::found : Verdict::notReady;
-    return exchange_.ended()->status == serviceUnavailable ? Verdict::notReady : Verdict::none;
+    const bool isBusy = end->kind == HttpEnd::Kind::timedOut || end->status == serviceUnavailable;
+    return isBusy ? Verdict::notReady : Verdict::none;
 }
 
 std::optional<QString> ServerInquiry::model() const
@@ -94,13 +90,17 @@ std::optional<QString> ServerInquiry::model() const
 
 QString ServerInquiry::complaint() const
 {
-    const std::optional<HttpEnd>& end = exchange_.ended();
+    const std::optional<HttpEnd>& end = fetch_.ended();
     if (!end)
         return QStringLiteral("does not answer");
     switch (end->kind) {
     case HttpEnd::Kind::unreachable:
         return {};
+    case HttpEnd::Kind::timedOut:
+        return QStringLiteral("does not answer");
     case HttpEnd::Kind::brokenOff:
+    case HttpEnd::Kind::notUnderstood:
+    case HttpEnd::Kind::insecure:
         return QStringLiteral("broke off");
     case HttpEnd::Kind::status:
         return QStringLiteral("answers with HTTP %1").arg(end->status);
@@ -141,13 +141,11 @@ ServerFindings ask(QNetworkAccessManager& network, const ServerSearch& search,
     StoppableLoop loop(stop);
     Inquiries inquiries;
     for (const QUrl& server : servers)
-        inquiries.push_back(std::make_unique<ServerInquiry>(network, server, search.wantedModel, [&] {
-            if (isDecided(inquiries))
-                loop.quit();
-        }));
-    QTimer limit;
-    QObject::connect(&limit, &QTimer::timeout, &limit, [&loop] { loop.quit(); });
-    limit.start(static_cast<int>(deadline.remainingTime()));
+        inquiries.push_back(std::make_unique<ServerInquiry>(
+            network, server, search.wantedModel, std::chrono::milliseconds(deadline.remainingTime()), [&] {
+                if (isDecided(inquiries))
+                    loop.quit();
+            }));
     if (!servers.empty())
         loop.run();
 
@@ -179,7 +177,7 @@ LanguageModelAvailability reasonForNone(const ServerSearch& search)
 ServerFindings findModel(const ServerSearch& search, const std::stop_token& stop)
 {
     const QDeadlineTimer deadline(search.patience);
-    const auto network = makeLoopbackNetwork();
+    const auto network = makeNetwork();
     if (search.lastServer) {
         ServerFindings findings = ask(*network, search, {*search.lastServer}, deadline, stop);
         if (findings.place || deadline.hasExpired())

@@ -2,7 +2,7 @@
 
 #include "ports/language_model.h"
 #include "system/language_model/known_servers.h"
-#include "system/net/http_exchange.h"
+#include "system/net/http_fetch.h"
 
 #include <QByteArray>
 #include <QString>
@@ -40,9 +40,10 @@ public:
         none,
     };
 
-    /// `answered` runs once, later; it must not destroy the inquiry.
+    /// Waits for the answer no longer than `patience`. `answered` runs once, later; it must not destroy the
+    /// inquiry.
     ServerInquiry(QNetworkAccessManager& network, const QUrl& server, QString wantedModel,
-                  std::function<void()> answered);
+                  std::chrono::milliseconds patience, std::function<void()> answered);
 
     [[nodiscard]] const QUrl& server() const { return server_; }
     [[nodiscard]] Verdict verdict() const;
@@ -52,13 +53,11 @@ public:
     [[nodiscard]] QString complaint() const;
 
 private:
-    [[nodiscard]] bool take(const QByteArray& bytes);
-
     QUrl server_;
     QString wantedModel_;
-    QByteArray answer_;
+    BoundedAnswer answer_;
     std::optional<std::vector<QString>> models_;
-    HttpExchange exchange_;
+    HttpFetch fetch_;
 };
 
 /// A model that can be asked.

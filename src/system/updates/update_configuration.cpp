@@ -1,8 +1,6 @@
 #include "system/updates/update_configuration.h"
 
-#include "shell/updates/update_address.h"
-
-#include <QSysInfo>
+#include "system/net/web_address.h"
 
 namespace corvandi {
 
@@ -12,7 +10,7 @@ std::optional<UpdateConfiguration> UpdateConfiguration::parse(const QString& fee
     if (feed.isEmpty() && key.isEmpty())
         return std::nullopt;
     const QUrl url(feed, QUrl::StrictMode);
-    if (!isUpdateAddress(url)) {
+    if (!isSafeAddress(url)) {
         log.write(
             QStringLiteral("updates are disabled: the feed's address \"%1\" is neither HTTPS nor on this "
                            "machine")
@@ -31,12 +29,6 @@ std::optional<UpdateConfiguration> UpdateConfiguration::parse(const QString& fee
 std::optional<UpdateConfiguration> UpdateConfiguration::builtIn(SystemLog& log)
 {
     return parse(QStringLiteral(CORVANDI_UPDATE_FEED), QByteArrayLiteral(CORVANDI_UPDATE_KEY), log);
-}
-
-RunningProgram runningProgram()
-{
-    const std::optional<Version> version = Version::parse(QStringLiteral(CORVANDI_VERSION));
-    return {version.value(), QSysInfo::productType(), QSysInfo::productVersion()};
 }
 
 } // namespace corvandi

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "ports/system_log.h"
-#include "shell/updates/release.h"
 #include "system/updates/public_key.h"
 
 #include <QByteArray>
@@ -25,8 +24,5 @@ struct UpdateConfiguration {
     /// What this program was built with.
     [[nodiscard]] static std::optional<UpdateConfiguration> builtIn(SystemLog& log);
 };
-
-/// The version that this program was built as, and the system that it runs on.
-[[nodiscard]] RunningProgram runningProgram();
 
 } // namespace corvandi

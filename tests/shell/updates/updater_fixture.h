@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/updates/fake_update_presenter.h"
+#include "shell/updates/fake_notice_presenter.h"
 #include "shell/updates/fake_update_source.h"
 #include "shell/updates/feed_updater.h"
 #include "support/fake_user_defaults.h"
@@ -8,6 +8,9 @@
 #include "support/virtual_queue.h"
 
 #include <gtest/gtest.h>
+
+#include <optional>
+#include <vector>
 
 namespace corvandi::testing {
 
@@ -34,11 +37,11 @@ inline Version version(const char* text)
     return Version::parse(QString::fromUtf8(text)).value();
 }
 
-inline Release release(const char* text)
+/// The manifest of a release; `more` are members beside those that it must have.
+inline QByteArray release(const char* version, const QByteArray& more = {})
 {
-    return {version(text), QUrl(QStringLiteral("https://updates.example/corvandi.deb")),
-            12'300'000,    QByteArray(64, 'd'),
-            QString(),     {}};
+    return QByteArray(R"({"version": ")") + version + R"(", "page": "https://updates.example/1.2")" +
+           (more.isEmpty() ? more : ", " + more) + '}';
 }
 
 class UpdaterTest : public ::testing::Test {
@@ -47,7 +50,7 @@ protected:
     FeedUpdater& updater()
     {
         if (!updater_) {
-            updater_.emplace(UpdaterPlatform{queue, clock, defaults, log, source, presenter}, program);
+            updater_.emplace(platform, program);
             updater_->start();
         }
         return *updater_;
@@ -55,17 +58,10 @@ protected:
     void endProgram() { updater_.reset(); }
 
     /// A check that a person asks for, up to the answer of the server.
-    void checkAndFind(const Release& found)
+    void checkAndFind(const QByteArray& found)
     {
         updater().checkForUpdates();
-        source.answerFeed(found);
-    }
-    /// Up to the question whether to install.
-    void download()
-    {
-        checkAndFind(release("1.2"));
-        presenter.answer(UpdateAnswer::accept);
-        source.completePackage();
+        source.answer(found);
     }
 
     VirtualQueue queue;
@@ -73,7 +69,14 @@ protected:
     FakeUserDefaults defaults;
     RecordingLog log;
     FakeUpdateSource source;
-    FakeUpdatePresenter presenter;
+    FakeNoticePresenter presenter;
+    /// The pages that the browser was given, and whether there is one.
+    std::vector<QUrl> opened;
+    bool hasBrowser = true;
+    const UpdaterPlatform platform{queue, clock, defaults, log, source, presenter, [this](const QUrl& page) {
+                                       opened.push_back(page);
+                                       return hasBrowser;
+                                   }};
     RunningProgram program{version("1.0"), QStringLiteral("debian"), QStringLiteral("12")};
 
 private:

@@ -105,12 +105,5 @@ TEST(UpdateConfiguration, AWrongKeyIsLogged)
     }
 }
 
-TEST(UpdateConfiguration, TheRunningProgramKnowsItsVersionAndSystem)
-{
-    const RunningProgram program = runningProgram();
-    EXPECT_EQ(program.version.text(), QStringLiteral(CORVANDI_VERSION));
-    EXPECT_FALSE(program.system.isEmpty());
-}
-
 } // namespace
 } // namespace corvandi

@@ -12,18 +12,13 @@ using Kind = UpdateFailure::Kind;
 class UpdateFeedTest : public UpdateTest {
 protected:
     void serveFeed(const QByteArray& text) { server.serve(QStringLiteral("/feed"), text); }
-    [[nodiscard]] QByteArray goodManifest() const { return manifestFor(package, packageUrl()); }
     void answerFeed(HttpServer::Answer answer) { server.answer(QStringLiteral("/feed"), std::move(answer)); }
 };
 
-TEST_F(UpdateFeedTest, AGoodFeedGivesItsRelease)
+TEST_F(UpdateFeedTest, AGoodFeedGivesWhatIsSigned)
 {
     serveRelease();
-    const UpdateResult<Release> result = fetchFeed();
-    ASSERT_TRUE(std::holds_alternative<Release>(result))
-        << std::get<UpdateFailure>(result).detail.toStdString();
-    EXPECT_EQ(std::get<Release>(result).version.text(), QStringLiteral("1.2.0"));
-    EXPECT_EQ(std::get<Release>(result).length, package.size());
+    EXPECT_TRUE(feedIsGood());
     EXPECT_EQ(server.requests().size(), 1U);
 }
 
@@ -33,21 +28,23 @@ TEST_F(UpdateFeedTest, TheRequestTellsNothingAboutPersonOrProgram)
     (void)fetchFeed();
 
     ASSERT_EQ(server.requests().size(), 1U);
-    QByteArrayList lines = server.requests().front().trimmed().split('\n');
+    // The names of headers have no case; how they are written depends on Qt's version.
+    QByteArrayList lines = server.requests().front().trimmed().toLower().split('\n');
     for (QByteArray& line : lines)
         line = line.trimmed();
     std::sort(lines.begin(), lines.end());
-    const QByteArray host = "Host: 127.0.0.1:" + QByteArray::number(server.port());
+    const QByteArray host = "host: 127.0.0.1:" + QByteArray::number(server.port());
     EXPECT_EQ(lines,
-              (QByteArrayList{"Accept-Encoding: identity", "Accept-Language: *", "Cache-Control: no-cache",
-                              "Connection: Keep-Alive", "GET /feed HTTP/1.1", host, "Pragma: no-cache",
-                              "User-Agent: Corvandi"}));
+              (QByteArrayList{"accept-encoding: identity", "accept-language: *", "cache-control: no-cache",
+                              "connection: keep-alive", "get /feed http/1.1", host, "pragma: no-cache",
+                              "user-agent: corvandi"}));
+    EXPECT_TRUE(server.requests().front().contains(": Corvandi\r\n"));
 }
 
 TEST_F(UpdateFeedTest, NoCookieIsSentBack)
 {
     answerFeed([this](QTcpSocket& socket) {
-        const QByteArray text = signer.feed(goodManifest());
+        const QByteArray text = signer.feed(manifest);
         socket.write(head("200 OK", "Set-Cookie: person=7\r\nContent-Length: " +
                                         QByteArray::number(text.size()) + "\r\n") +
                      text);
@@ -62,14 +59,14 @@ TEST_F(UpdateFeedTest, LocalhostIsThisMachine)
 {
     serveRelease();
     feed = server.url(QStringLiteral("/feed"), QStringLiteral("localhost"));
-    EXPECT_TRUE(std::holds_alternative<Release>(fetchFeed()));
+    EXPECT_TRUE(feedIsGood());
 }
 
 TEST_F(UpdateFeedTest, ThisMachineIsReachedWithoutTheProxyOfTheEnvironment)
 {
     serveRelease();
     qputenv("http_proxy", "http://127.0.0.1:1/");
-    EXPECT_TRUE(std::holds_alternative<Release>(fetchFeed()));
+    EXPECT_TRUE(feedIsGood());
     qunsetenv("http_proxy");
 }
 
@@ -82,29 +79,15 @@ TEST_F(UpdateFeedTest, WhatIsNoFeedIsUnreadable)
     }
 }
 
-TEST_F(UpdateFeedTest, ASignedFeedThatIsNoManifestIsUnreadable)
-{
-    for (const char* text : {"", "no JSON", "[]", "{}", "{\"version\": \"1.2\"}", "{\"version\": [[[["}) {
-        serveFeed(signer.feed(text));
-        EXPECT_EQ(feedFailure().kind, Kind::unreadable) << text;
-    }
-}
-
-TEST_F(UpdateFeedTest, AMissingMemberIsNamedInTheLog)
-{
-    serveFeed(signer.feed(goodManifest().replace("sha512", "sha1")));
-    EXPECT_TRUE(feedFailure().detail.contains(QStringLiteral("\"sha512\"")));
-}
-
 TEST_F(UpdateFeedTest, ASignatureWithAnotherKeyIsUntrusted)
 {
-    serveFeed(Signer().feed(goodManifest()));
+    serveFeed(Signer().feed(manifest));
     EXPECT_EQ(feedFailure().kind, Kind::untrusted);
 }
 
 TEST_F(UpdateFeedTest, EveryChangedByteIsUntrustedOrUnreadable)
 {
-    const QByteArray good = signer.feed(goodManifest());
+    const QByteArray good = signer.feed(manifest);
     for (qsizetype i = 0; i < good.size(); i += 17) {
         QByteArray changed = good;
         changed[i] = static_cast<char>(changed[i] ^ 1);
@@ -116,30 +99,30 @@ TEST_F(UpdateFeedTest, EveryChangedByteIsUntrustedOrUnreadable)
 
 TEST_F(UpdateFeedTest, AnotherVersionUnderTheSameSignatureIsUntrusted)
 {
-    serveFeed(signer.feed(goodManifest()).replace("1.2.0", "9.9.9"));
+    serveFeed(signer.feed(manifest).replace("1.2.0", "9.9.9"));
     EXPECT_EQ(feedFailure().kind, Kind::untrusted);
 }
 
 TEST_F(UpdateFeedTest, ASignatureOfTheManifestAloneIsUntrusted)
 {
-    serveFeed("corvandi-update-1 " + signer.sign(goodManifest()).toBase64() + '\n' + goodManifest());
+    serveFeed("corvandi-update-1 " + signer.sign(manifest).toBase64() + '\n' + manifest);
     EXPECT_EQ(feedFailure().kind, Kind::untrusted);
 }
 
 TEST_F(UpdateFeedTest, AHugeFeedIsUnreadableAndNotReadToItsEnd)
 {
-    serveFeed(signer.feed(goodManifest() + QByteArray(20'000'000, ' ')));
+    serveFeed(signer.feed(manifest + QByteArray(20'000'000, ' ')));
     EXPECT_EQ(feedFailure().kind, Kind::unreadable);
     EXPECT_TRUE(waitUntil([this] { return server.connectionCount() == 0; }));
 }
 
 TEST_F(UpdateFeedTest, AFeedOfTheLargestLengthIsRead)
 {
-    const QByteArray good = signer.feed(goodManifest());
-    const QByteArray padded = signer.feed(goodManifest() + QByteArray(1'000'000 - good.size(), ' '));
-    serveFeed(padded);
-    EXPECT_TRUE(std::holds_alternative<Release>(fetchFeed()));
-    serveFeed(signer.feed(goodManifest() + QByteArray(1'000'001 - good.size(), ' ')));
+    manifest += QByteArray(1'000'000 - signer.feed(manifest).size(), ' ');
+    serveRelease();
+    EXPECT_TRUE(feedIsGood());
+    manifest += ' ';
+    serveRelease();
     EXPECT_EQ(feedFailure().kind, Kind::unreadable);
 }
 
@@ -223,7 +206,7 @@ TEST_F(UpdateFeedTest, ANameThatNobodyKnowsIsUnreachable)
 
 TEST_F(UpdateFeedTest, ASilentServerIsGivenUp)
 {
-    patience(300ms, 10s);
+    patience = {300ms, 10s};
     answerFeed([](QTcpSocket&) {});
     EXPECT_EQ(feedFailure().kind, Kind::timedOut);
     EXPECT_TRUE(waitUntil([this] { return server.connectionCount() == 0; }));
@@ -231,7 +214,7 @@ TEST_F(UpdateFeedTest, ASilentServerIsGivenUp)
 
 TEST_F(UpdateFeedTest, AServerThatStopsHalfWayIsGivenUp)
 {
-    patience(300ms, 10s);
+    patience = {300ms, 10s};
     answerFeed(
         [](QTcpSocket& socket) { socket.write(head("200 OK", "Content-Length: 1000\r\n") + "corvandi"); });
     EXPECT_EQ(feedFailure().kind, Kind::timedOut);
@@ -239,7 +222,7 @@ TEST_F(UpdateFeedTest, AServerThatStopsHalfWayIsGivenUp)
 
 TEST_F(UpdateFeedTest, ASlowDripIsGivenUpWhenItHasTakenTooLong)
 {
-    patience(2s, 600ms);
+    patience = {2s, 600ms};
     answerFeed([](QTcpSocket& socket) {
         socket.write(head("200 OK", "Content-Length: 100000\r\n"));
         auto* drip = new QTimer(&socket);
@@ -255,7 +238,7 @@ TEST_F(UpdateFeedTest, ACancelledRequestClosesItsConnectionAndSaysNothing)
 {
     answerFeed([](QTcpSocket&) {});
     bool isAnswered = false;
-    auto request = source().fetchFeed([&](const UpdateResult<Release>&) { isAnswered = true; });
+    auto request = source().fetch([&](const auto&) { isAnswered = true; });
     ASSERT_TRUE(waitUntil([this] { return server.requests().size() == 1; }));
     request.reset();
     EXPECT_TRUE(waitUntil([this] { return server.connectionCount() == 0; }));
@@ -266,8 +249,8 @@ TEST_F(UpdateFeedTest, ARequestThatIsCancelledAtOnceSaysNothing)
 {
     serveRelease();
     bool isAnswered = false;
-    (void)source().fetchFeed([&](const UpdateResult<Release>&) { isAnswered = true; });
-    EXPECT_TRUE(std::holds_alternative<Release>(fetchFeed()));
+    (void)source().fetch([&](const auto&) { isAnswered = true; });
+    EXPECT_TRUE(feedIsGood());
     EXPECT_FALSE(isAnswered);
 }
 
@@ -275,20 +258,20 @@ TEST_F(UpdateFeedTest, TwoRequestsAtOnceAreBothAnswered)
 {
     serveRelease();
     int answers = 0;
-    const auto count = [&](const UpdateResult<Release>& result) {
-        answers += std::holds_alternative<Release>(result) ? 1 : 0;
+    const auto count = [&](const UpdateResult<QByteArray>& result) {
+        answers += std::holds_alternative<QByteArray>(result) ? 1 : 0;
     };
-    const auto first = source().fetchFeed(count);
-    const auto second = source().fetchFeed(count);
+    const auto first = source().fetch(count);
+    const auto second = source().fetch(count);
     EXPECT_TRUE(waitUntil([&] { return answers == 2; }));
 }
 
 TEST_F(UpdateFeedTest, TheSourceGoesQuicklyWhileARequestHasJustBeenCancelled)
 {
     answerFeed([](QTcpSocket&) {});
-    std::optional<LinuxUpdateSource> other(
-        std::in_place, UpdateConfiguration::parse(feedUrl().toString(), key, log), queue, folder());
-    auto request = other->fetchFeed([](const UpdateResult<Release>&) {});
+    std::optional<WebUpdateSource> other(std::in_place,
+                                         UpdateConfiguration::parse(feedUrl().toString(), key, log), queue);
+    auto request = other->fetch([](const auto&) {});
     ASSERT_TRUE(waitUntil([this] { return server.requests().size() == 1; }));
     const auto start = std::chrono::steady_clock::now();
     request.reset();

@@ -1,7 +1,5 @@
 #include "signer.h"
 
-#include <QCryptographicHash>
-
 #include <sodium.h>
 
 #include <stdexcept>
@@ -36,11 +34,6 @@ QByteArray Signer::sign(const QByteArray& message) const
 QByteArray Signer::feed(const QByteArray& manifest) const
 {
     return "corvandi-update-1 " + sign("corvandi-update-1\n" + manifest).toBase64() + '\n' + manifest;
-}
-
-QByteArray sha512Hex(const QByteArray& content)
-{
-    return QCryptographicHash::hash(content, QCryptographicHash::Sha512).toHex();
 }
 
 } // namespace corvandi::testing

@@ -20,7 +20,4 @@ private:
     QByteArray secret_;
 };
 
-/// The SHA-512 digest in hexadecimal digits.
-[[nodiscard]] QByteArray sha512Hex(const QByteArray& content);
-
 } // namespace corvandi::testing

@@ -1,10 +1,12 @@
-#include "shell/updates/fake_update_presenter.h"
+#include "shell/updates/fake_notice_presenter.h"
 #include "shell/updates/feed_updater.h"
+#include "shell/updates/update_texts.h"
 #include "support/fake_user_defaults.h"
 #include "update_fixture.h"
 
 #include <QFile>
 #include <QProcess>
+#include <QTemporaryDir>
 
 namespace corvandi {
 namespace {
@@ -23,7 +25,11 @@ protected:
     FeedUpdater& updater()
     {
         if (!updater_) {
-            updater_.emplace(UpdaterPlatform{queue, clock_, defaults, log, source(), presenter},
+            updater_.emplace(UpdaterPlatform{queue, clock_, defaults, log, source(), presenter,
+                                             [this](const QUrl& page) {
+                                                 opened.push_back(page);
+                                                 return true;
+                                             }},
                              RunningProgram{Version::parse(running).value(), QString(), QString()});
             updater_->start();
         }
@@ -38,7 +44,8 @@ protected:
         return waitUntil([this] { return presenter.message.has_value(); });
     }
 
-    FakeUpdatePresenter presenter;
+    FakeNoticePresenter presenter;
+    std::vector<QUrl> opened;
     FakeUserDefaults defaults;
     QString running = QStringLiteral("1.0");
 
@@ -47,22 +54,17 @@ private:
     std::optional<FeedUpdater> updater_;
 };
 
-TEST_F(WholeUpdateTest, GoesFromTheCheckToTheQuestionWhetherToInstall)
+TEST_F(WholeUpdateTest, GoesFromTheCheckToThePage)
 {
     serveRelease();
     updater().checkForUpdates();
     ASSERT_TRUE(waitForQuestion());
-    EXPECT_EQ(presenter.question->message.text, QStringLiteral("Corvandi 1.2.0 is available."));
-    EXPECT_EQ(server.requests().size(), 1U);
+    EXPECT_EQ(presenter.question->notice.text, QStringLiteral("Corvandi 1.2.0 is available."));
 
-    presenter.answer(UpdateAnswer::accept);
-    ASSERT_TRUE(waitForQuestion());
-    EXPECT_EQ(presenter.question->message.text, QStringLiteral("Corvandi 1.2.0 is ready to install."));
-    EXPECT_EQ(files().size(), 1);
-
-    presenter.answer(UpdateAnswer::decline);
-    EXPECT_TRUE(waitUntil([this] { return files().isEmpty(); }));
+    presenter.answer(Answer::accept);
+    EXPECT_EQ(opened, std::vector{QUrl(QStringLiteral("https://updates.example/1.2.0"))});
     EXPECT_TRUE(updater().canCheckForUpdates());
+    EXPECT_EQ(server.requests().size(), 1U);
 }
 
 TEST_F(WholeUpdateTest, AnOldReleaseWithAGoodSignatureIsNotOffered)
@@ -74,16 +76,24 @@ TEST_F(WholeUpdateTest, AnOldReleaseWithAGoodSignatureIsNotOffered)
     EXPECT_EQ(presenter.message->text, QStringLiteral("You're up to date."));
 }
 
-TEST_F(WholeUpdateTest, ATamperedPackageIsNeverOffered)
+TEST_F(WholeUpdateTest, ASignedFeedThatIsNoManifestIsUnreadable)
 {
-    serveRelease();
-    server.serve(QStringLiteral("/corvandi.deb"), QByteArray(package.size(), 'x'));
+    for (const char* text : {"", "no JSON", "[]", "{}", "{\"version\": \"1.2\"}", "{\"version\": [[[["}) {
+        server.serve(QStringLiteral("/feed"), signer.feed(text));
+        updater().checkForUpdates();
+        ASSERT_TRUE(waitForMessage());
+        EXPECT_EQ(presenter.message->details,
+                  update_texts::failed({UpdateFailure::Kind::unreadable, {}}).details)
+            << text;
+    }
+}
+
+TEST_F(WholeUpdateTest, AMissingMemberIsNamedInTheLog)
+{
+    server.serve(QStringLiteral("/feed"), signer.feed(QByteArray(manifest).replace("page", "pages")));
     updater().checkForUpdates();
-    ASSERT_TRUE(waitForQuestion());
-    presenter.answer(UpdateAnswer::accept);
     ASSERT_TRUE(waitForMessage());
-    EXPECT_TRUE(presenter.message->details.startsWith(QStringLiteral("The download isn't what the makers")));
-    EXPECT_TRUE(files().isEmpty());
+    EXPECT_TRUE(log.contains(QStringLiteral("\"page\"")));
 }
 
 TEST_F(WholeUpdateTest, TwoChecksAtOnceAreOne)
@@ -114,12 +124,9 @@ TEST_F(WholeUpdateTest, ThereIsAnotherTryAfterTheNetworkIsBack)
 
 TEST_F(WholeUpdateTest, AFeedMadeWithTheMakersToolIsAccepted)
 {
+    const QTemporaryDir home;
     const QString keyFile = home.filePath(QStringLiteral("key.pem"));
-    const QString packageFile = home.filePath(QStringLiteral("corvandi.deb"));
     const QString notes = home.filePath(QStringLiteral("notes"));
-    QFile file(packageFile);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(package) == package.size());
-    file.close();
     QFile notesFile(notes);
     ASSERT_TRUE(notesFile.open(QIODevice::WriteOnly) && notesFile.write("\"Faster\" and\nschöner.\n") > 0);
     notesFile.close();
@@ -137,17 +144,16 @@ TEST_F(WholeUpdateTest, AFeedMadeWithTheMakersToolIsAccepted)
     server.serve(
         QStringLiteral("/feed"),
         run({QStringLiteral("feed"), keyFile, QStringLiteral("--version"), QStringLiteral("1.2.0"),
-             QStringLiteral("--package"), packageFile, QStringLiteral("--url"), packageUrl().toString(),
+             QStringLiteral("--page"), QStringLiteral("https://updates.example/1.2.0"),
              QStringLiteral("--notes"), notes, QStringLiteral("--minimum"), QStringLiteral("debian=12")}));
-    server.serve(QStringLiteral("/corvandi.deb"), package);
 
-    const UpdateResult<Release> found = fetchFeed();
-    ASSERT_TRUE(std::holds_alternative<Release>(found))
-        << std::get<UpdateFailure>(found).detail.toStdString();
+    const UpdateResult<QByteArray> signedText = fetchFeed();
+    ASSERT_TRUE(std::holds_alternative<QByteArray>(signedText));
+    const UpdateResult<Release> found = readManifest(std::get<QByteArray>(signedText));
+    ASSERT_TRUE(std::holds_alternative<Release>(found));
+    EXPECT_EQ(std::get<Release>(found).page, QUrl(QStringLiteral("https://updates.example/1.2.0")));
     EXPECT_EQ(std::get<Release>(found).notes, QStringLiteral("\"Faster\" and\nschöner."));
     EXPECT_EQ(std::get<Release>(found).minimumSystem.size(), 1U);
-    EXPECT_TRUE(
-        std::holds_alternative<std::unique_ptr<UpdatePackage>>(fetchPackage(std::get<Release>(found))));
 }
 
 } // namespace

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "shell/updates/update_source.h"
-
 #include <QString>
 
 #include <cstdint>
@@ -10,7 +8,7 @@
 namespace corvandi {
 
 /// Something to read: a sentence, and what else there is to say. Both are plain text.
-struct UpdateMessage {
+struct Notice {
     QString text;
     QString details;
 };
@@ -20,8 +18,8 @@ struct UpdateMessage {
 enum class Attention : uint8_t { take, waitForIt };
 
 /// Something to decide.
-struct UpdateQuestion {
-    UpdateMessage message;
+struct Question {
+    Notice notice;
     /// What the buttons say.
     QString accept;
     QString decline;
@@ -29,26 +27,22 @@ struct UpdateQuestion {
     Attention attention = Attention::take;
 };
 
-enum class UpdateAnswer : uint8_t { accept, decline };
+enum class Answer : uint8_t { accept, decline };
 
-/// The updater's face: one thing at a time, each in place of the one before.
+/// What the program tells and asks outside its windows: one thing at a time, each in place of the one before.
 ///
 /// Thread: main thread only. No call waits for the person. A callback comes at most once, later, and
 /// never after something else was shown or all was dismissed. Closing a window declines or cancels. What
 /// is shown in place of something else takes the focus only if that had it.
-class UpdatePresenter {
+class NoticePresenter {
 public:
-    virtual ~UpdatePresenter() = default;
+    virtual ~NoticePresenter() = default;
 
     /// Something takes a while and can be given up.
     virtual void showBusy(const QString& text, std::function<void()> cancel) = 0;
-    /// Something takes a while and can't be given up.
-    virtual void showBusy(const QString& text) = 0;
-    /// How far the thing is that takes a while.
-    virtual void showProgress(DownloadProgress progress) = 0;
-    virtual void ask(const UpdateQuestion& question, std::function<void(UpdateAnswer)> answer) = 0;
+    virtual void ask(const Question& question, std::function<void(Answer)> answer) = 0;
     /// Stays until the person closes it.
-    virtual void tell(const UpdateMessage& message) = 0;
+    virtual void tell(const Notice& notice) = 0;
     /// Takes away whatever is shown.
     virtual void dismiss() = 0;
     /// Shows the person what is shown already.

@@ -1,6 +1,6 @@
-#include "shell/updates/update_address.h"
+#include "system/net/web_address.h"
 
-#include "base/loopback_host.h"
+#include <QHostAddress>
 
 namespace corvandi {
 namespace {
@@ -11,7 +11,15 @@ constexpr QLatin1String localhost("localhost");
 
 } // namespace
 
-bool isUpdateAddress(const QUrl& url)
+bool isLoopbackHost(const QString& host)
+{
+    const QHostAddress address(host);
+    // Other spellings, such as 127.1, mean something else to somebody.
+    const bool isPlain = address.protocol() == QAbstractSocket::IPv4Protocol && address.toString() == host;
+    return host == localhost || host == QLatin1String("::1") || (isPlain && address.isLoopback());
+}
+
+bool isSafeAddress(const QUrl& url)
 {
     if (!url.isValid() || url.host().isEmpty() || !url.userInfo().isEmpty())
         return false;
@@ -20,7 +28,7 @@ bool isUpdateAddress(const QUrl& url)
 
 bool mayLeadTo(const QUrl& from, const QUrl& to)
 {
-    return isUpdateAddress(to) && (to.scheme() == https || from.scheme() != https);
+    return isSafeAddress(to) && (to.scheme() == https || from.scheme() != https);
 }
 
 QUrl connectionAddress(const QUrl& url)

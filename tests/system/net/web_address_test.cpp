@@ -1,4 +1,4 @@
-#include "shell/updates/update_address.h"
+#include "system/net/web_address.h"
 
 #include <gtest/gtest.h>
 
@@ -10,16 +10,16 @@ QUrl url(const char* text)
     return QUrl(QString::fromUtf8(text));
 }
 
-TEST(UpdateAddress, IsHttpsOrHttpOnThisMachine)
+TEST(WebAddress, IsSafeWhenItIsHttpsOrHttpOnThisMachine)
 {
     for (const char* text : {"https://example.org/feed", "HTTPS://EXAMPLE.ORG/feed", "https://127.0.0.1/feed",
                              "https://[2001:db8::1]/", "http://127.0.0.1/feed", "http://127.0.0.1:8080/feed",
                              "http://127.255.255.254/", "http://[::1]/feed", "http://[::1]:81/feed",
                              "http://[0:0:0:0:0:0:0:1]/", "http://localhost/feed", "http://LocalHost:8080/"})
-        EXPECT_TRUE(isUpdateAddress(url(text))) << text;
+        EXPECT_TRUE(isSafeAddress(url(text))) << text;
 }
 
-TEST(UpdateAddress, IsNothingElse)
+TEST(WebAddress, NothingElseIsSafe)
 {
     for (const char* text : {"",
                              "feed",
@@ -47,10 +47,10 @@ TEST(UpdateAddress, IsNothingElse)
                              "http://1270.0.0.1/",
                              "httpx://127.0.0.1/",
                              "http://xn--localhost/"})
-        EXPECT_FALSE(isUpdateAddress(url(text))) << text;
+        EXPECT_FALSE(isSafeAddress(url(text))) << text;
 }
 
-TEST(UpdateAddress, EncryptionIsNeverLeft)
+TEST(WebAddress, EncryptionIsNeverLeft)
 {
     EXPECT_TRUE(mayLeadTo(url("https://a.example/"), url("https://b.example/")));
     EXPECT_TRUE(mayLeadTo(url("http://127.0.0.1/"), url("https://b.example/")));
@@ -62,11 +62,21 @@ TEST(UpdateAddress, EncryptionIsNeverLeft)
     EXPECT_FALSE(mayLeadTo(url("http://127.0.0.1/"), url("file:///etc/passwd")));
 }
 
-TEST(UpdateAddress, LocalhostIsNotLeftToAResolver)
+TEST(WebAddress, LocalhostIsNotLeftToAResolver)
 {
     EXPECT_EQ(connectionAddress(url("http://localhost:8080/feed")), url("http://127.0.0.1:8080/feed"));
     EXPECT_EQ(connectionAddress(url("https://localhost/feed")), url("https://localhost/feed"));
     EXPECT_EQ(connectionAddress(url("https://example.org/feed#part")), url("https://example.org/feed"));
+}
+
+TEST(LoopbackHost, IsWrittenInTheUsualWay)
+{
+    for (const char* host : {"localhost", "127.0.0.1", "127.3.2.1", "127.255.255.255", "::1"})
+        EXPECT_TRUE(isLoopbackHost(QString::fromLatin1(host))) << host;
+    for (const char* host : {"", "127.1", "127.0.1", "2130706433", "0x7f.0.0.1", "127.0.0.01", "127.0.0.1.",
+                             " 127.0.0.1", "127.0.0.256", "::ffff:127.0.0.1", "0:0:0:0:0:0:0:1", "[::1]",
+                             "::1%lo", "LOCALHOST", "localhost.", "128.0.0.1", "::"})
+        EXPECT_FALSE(isLoopbackHost(QString::fromLatin1(host))) << host;
 }
 
 } // namespace

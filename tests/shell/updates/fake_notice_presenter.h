@@ -1,34 +1,28 @@
 #pragma once
 
-#include "shell/updates/update_presenter.h"
+#include "ports/notice_presenter.h"
 
 #include <optional>
 #include <utility>
-#include <vector>
 
 namespace corvandi::testing {
 
 /// A face that shows its things to the test.
-class FakeUpdatePresenter : public UpdatePresenter {
+class FakeNoticePresenter : public NoticePresenter {
 public:
     void showBusy(const QString& text, std::function<void()> cancel) override
     {
-        showBusy(text);
-        cancel_ = std::move(cancel);
-    }
-    void showBusy(const QString& text) override
-    {
         clear();
         busy = text;
+        cancel_ = std::move(cancel);
     }
-    void showProgress(DownloadProgress progress) override { progresses.push_back(progress); }
-    void ask(const UpdateQuestion& asked, std::function<void(UpdateAnswer)> answer) override
+    void ask(const Question& asked, std::function<void(Answer)> answer) override
     {
         clear();
         question = asked;
         answer_ = std::move(answer);
     }
-    void tell(const UpdateMessage& told) override
+    void tell(const Notice& told) override
     {
         clear();
         message = told;
@@ -37,16 +31,13 @@ public:
     void bringToFront() override { ++timesBroughtToFront; }
 
     void cancel() { std::exchange(cancel_, {})(); }
-    [[nodiscard]] bool canCancel() const { return bool(cancel_); }
-    void answer(UpdateAnswer answer) { std::exchange(answer_, {})(answer); }
+    void answer(Answer answer) { std::exchange(answer_, {})(answer); }
     [[nodiscard]] bool showsNothing() const { return busy.isEmpty() && !question && !message; }
 
     /// What is shown; at most one of them.
     QString busy;
-    std::optional<UpdateQuestion> question;
-    std::optional<UpdateMessage> message;
-
-    std::vector<DownloadProgress> progresses;
+    std::optional<Question> question;
+    std::optional<Notice> message;
     int timesBroughtToFront = 0;
 
 private:
@@ -60,7 +51,7 @@ private:
     }
 
     std::function<void()> cancel_;
-    std::function<void(UpdateAnswer)> answer_;
+    std::function<void(Answer)> answer_;
 };
 
 } // namespace corvandi::testing

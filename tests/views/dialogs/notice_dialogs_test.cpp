@@ -1,4 +1,4 @@
-#include "views/dialogs/update_dialogs.h"
+#include "views/dialogs/notice_dialogs.h"
 
 #include "shell/updates/update_texts.h"
 #include "support/event_loop.h"
@@ -7,7 +7,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QProgressBar>
 #include <QProgressDialog>
 #include <QPushButton>
 
@@ -20,14 +19,14 @@ using namespace std::chrono_literals;
 using testing::runFor;
 using testing::waitUntil;
 
-const UpdateQuestion question{{QStringLiteral("Corvandi 1.2 is available."), QStringLiteral("You have 1.0.")},
-                              QStringLiteral("Download"),
-                              QStringLiteral("Not Now"),
-                              Attention::take};
+const Question question{{QStringLiteral("Corvandi 1.2 is available."), QStringLiteral("You have 1.0.")},
+                        QStringLiteral("Open Page"),
+                        QStringLiteral("Not Now"),
+                        Attention::take};
 
-class UpdateDialogsTest : public ::testing::Test {
+class NoticeDialogsTest : public ::testing::Test {
 protected:
-    ~UpdateDialogsTest() override
+    ~NoticeDialogsTest() override
     {
         dialogs.dismiss();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -74,13 +73,13 @@ protected:
         EXPECT_TRUE(
             dialog().grab().save(QStringLiteral(SCREENSHOTS "/update-%1.png").arg(QLatin1String(name))));
     }
-    void ask(const UpdateQuestion& asked = question)
+    void ask(const Question& asked = question)
     {
-        dialogs.ask(asked, [this](UpdateAnswer answer) { answers.push_back(answer); });
+        dialogs.ask(asked, [this](Answer answer) { answers.push_back(answer); });
     }
 
-    UpdateDialogs dialogs;
-    std::vector<UpdateAnswer> answers;
+    NoticeDialogs dialogs;
+    std::vector<Answer> answers;
 };
 
 /// A window in which somebody writes.
@@ -103,30 +102,30 @@ private:
     QLineEdit field_;
 };
 
-TEST_F(UpdateDialogsTest, AQuestionShowsItsTextsAndAnswersYes)
+TEST_F(NoticeDialogsTest, AQuestionShowsItsTextsAndAnswersYes)
 {
     ask();
-    EXPECT_TRUE(hasText(question.message.text));
-    EXPECT_TRUE(hasText(question.message.details));
-    button("Download").click();
-    EXPECT_EQ(answers, std::vector{UpdateAnswer::accept});
+    EXPECT_TRUE(hasText(question.notice.text));
+    EXPECT_TRUE(hasText(question.notice.details));
+    button("Open Page").click();
+    EXPECT_EQ(answers, std::vector{Answer::accept});
 }
 
-TEST_F(UpdateDialogsTest, AQuestionAnswersNo)
+TEST_F(NoticeDialogsTest, AQuestionAnswersNo)
 {
     ask();
     button("Not Now").click();
-    EXPECT_EQ(answers, std::vector{UpdateAnswer::decline});
+    EXPECT_EQ(answers, std::vector{Answer::decline});
 }
 
-TEST_F(UpdateDialogsTest, ClosingAQuestionIsANo)
+TEST_F(NoticeDialogsTest, ClosingAQuestionIsANo)
 {
     ask();
     dialog().close();
-    EXPECT_EQ(answers, std::vector{UpdateAnswer::decline});
+    EXPECT_EQ(answers, std::vector{Answer::decline});
 }
 
-TEST_F(UpdateDialogsTest, ADismissedQuestionIsNotAnswered)
+TEST_F(NoticeDialogsTest, ADismissedQuestionIsNotAnswered)
 {
     ask();
     dialogs.dismiss();
@@ -135,37 +134,37 @@ TEST_F(UpdateDialogsTest, ADismissedQuestionIsNotAnswered)
     EXPECT_TRUE(answers.empty());
 }
 
-TEST_F(UpdateDialogsTest, AnAnswerMayShowTheNextThing)
+TEST_F(NoticeDialogsTest, AnAnswerMayShowTheNextThing)
 {
-    dialogs.ask(question, [this](UpdateAnswer) { dialogs.showBusy(QStringLiteral("Downloading…"), [] {}); });
-    button("Download").click();
-    EXPECT_TRUE(hasText(QStringLiteral("Downloading…")));
+    dialogs.ask(question, [this](Answer) { dialogs.showBusy(QStringLiteral("Checking…"), [] {}); });
+    button("Open Page").click();
+    EXPECT_TRUE(hasText(QStringLiteral("Checking…")));
 }
 
-TEST_F(UpdateDialogsTest, WhatAServerSaysIsNoMarkup)
+TEST_F(NoticeDialogsTest, WhatAServerSaysIsNoMarkup)
 {
-    UpdateQuestion marked = question;
-    marked.message.details = QStringLiteral("<img src=\"http://tracker.example/\"><b>bold</b> &amp; more");
+    Question marked = question;
+    marked.notice.details = QStringLiteral("<img src=\"http://tracker.example/\"><b>bold</b> &amp; more");
     ask(marked);
     for (const QLabel* label : dialog().findChildren<QLabel*>()) {
         if (label->pixmap().isNull()) {
             EXPECT_EQ(label->textFormat(), Qt::PlainText);
         }
     }
-    EXPECT_TRUE(hasText(marked.message.details));
+    EXPECT_TRUE(hasText(marked.notice.details));
 }
 
-TEST_F(UpdateDialogsTest, LongNotesScroll)
+TEST_F(NoticeDialogsTest, LongNotesScroll)
 {
-    UpdateQuestion longer = question;
-    longer.message.details = QStringLiteral("Another line that says what is new.\n").repeated(200);
+    Question longer = question;
+    longer.notice.details = QStringLiteral("Another line that says what is new.\n").repeated(200);
     ask(longer);
     ASSERT_TRUE(dialog().findChild<QPlainTextEdit*>());
     EXPECT_LT(dialog().height(), 500);
     keepPicture("long-notes");
 }
 
-TEST_F(UpdateDialogsTest, BusyCanBeCancelledByButtonAndByClosing)
+TEST_F(NoticeDialogsTest, BusyCanBeCancelledByButtonAndByClosing)
 {
     int cancelled = 0;
     dialogs.showBusy(QStringLiteral("Checking…"), [&] { ++cancelled; });
@@ -177,39 +176,14 @@ TEST_F(UpdateDialogsTest, BusyCanBeCancelledByButtonAndByClosing)
     EXPECT_EQ(cancelled, 2);
 }
 
-TEST_F(UpdateDialogsTest, CancellingMayDismiss)
+TEST_F(NoticeDialogsTest, CancellingMayDismiss)
 {
     dialogs.showBusy(QStringLiteral("Checking…"), [this] { dialogs.dismiss(); });
     button("Cancel").click();
     EXPECT_TRUE(shown().empty());
 }
 
-TEST_F(UpdateDialogsTest, BusyWithoutAWayOutHasNoButton)
-{
-    dialogs.showBusy(QStringLiteral("Opening…"));
-    EXPECT_TRUE(dialog().findChildren<QPushButton*>().isEmpty());
-}
-
-TEST_F(UpdateDialogsTest, ProgressIsShownAndDoesNotCloseAtItsEnd)
-{
-    dialogs.showBusy(QStringLiteral("Downloading…"), [] {});
-    const auto* bar = dialog().findChild<QProgressBar*>();
-    ASSERT_TRUE(bar);
-    EXPECT_EQ(bar->maximum(), 0);
-    dialogs.showProgress({250'000'000, 500'000'000});
-    EXPECT_EQ(bar->value() * 2, bar->maximum());
-    dialogs.showProgress({500'000'000, 500'000'000});
-    EXPECT_EQ(bar->value(), bar->maximum());
-    EXPECT_TRUE(hasText(QStringLiteral("Downloading…")));
-}
-
-TEST_F(UpdateDialogsTest, ProgressOfNothingIsIgnored)
-{
-    dialogs.showProgress({1, 2});
-    EXPECT_TRUE(shown().empty());
-}
-
-TEST_F(UpdateDialogsTest, AMessageStaysUntilItIsClosed)
+TEST_F(NoticeDialogsTest, AMessageStaysUntilItIsClosed)
 {
     dialogs.tell({QStringLiteral("You're up to date."), QStringLiteral("1.0 is the newest.")});
     EXPECT_TRUE(hasText(QStringLiteral("You're up to date.")));
@@ -217,7 +191,7 @@ TEST_F(UpdateDialogsTest, AMessageStaysUntilItIsClosed)
     EXPECT_TRUE(shown().empty());
 }
 
-TEST_F(UpdateDialogsTest, OneThingIsShownAtATime)
+TEST_F(NoticeDialogsTest, OneThingIsShownAtATime)
 {
     dialogs.showBusy(QStringLiteral("Checking…"), [] {});
     ask();
@@ -227,10 +201,10 @@ TEST_F(UpdateDialogsTest, OneThingIsShownAtATime)
     EXPECT_TRUE(answers.empty());
 }
 
-TEST_F(UpdateDialogsTest, AQuestionThatWaitsLeavesTheFocusWhereItIs)
+TEST_F(NoticeDialogsTest, AQuestionThatWaitsLeavesTheFocusWhereItIs)
 {
     const Elsewhere elsewhere;
-    UpdateQuestion patient = question;
+    Question patient = question;
     patient.attention = Attention::waitForIt;
     ask(patient);
     runFor(300ms);
@@ -241,10 +215,10 @@ TEST_F(UpdateDialogsTest, AQuestionThatWaitsLeavesTheFocusWhereItIs)
     EXPECT_TRUE(becomesActive());
 }
 
-TEST_F(UpdateDialogsTest, WhatFollowsDoesNotTakeTheFocusBack)
+TEST_F(NoticeDialogsTest, WhatFollowsDoesNotTakeTheFocusBack)
 {
     Elsewhere elsewhere;
-    dialogs.showBusy(QStringLiteral("Downloading…"), [] {});
+    dialogs.showBusy(QStringLiteral("Checking…"), [] {});
     EXPECT_TRUE(becomesActive());
     elsewhere.takeFocus();
     ask();
@@ -252,7 +226,7 @@ TEST_F(UpdateDialogsTest, WhatFollowsDoesNotTakeTheFocusBack)
     EXPECT_TRUE(elsewhere.hasFocus());
 }
 
-TEST_F(UpdateDialogsTest, WhatFollowsKeepsTheFocusThatTheLastOneHad)
+TEST_F(NoticeDialogsTest, WhatFollowsKeepsTheFocusThatTheLastOneHad)
 {
     const Elsewhere elsewhere;
     dialogs.showBusy(QStringLiteral("Checking…"), [] {});
@@ -261,16 +235,16 @@ TEST_F(UpdateDialogsTest, WhatFollowsKeepsTheFocusThatTheLastOneHad)
     EXPECT_TRUE(becomesActive());
 }
 
-TEST_F(UpdateDialogsTest, WhatFollowsAnAnswerHasTheFocus)
+TEST_F(NoticeDialogsTest, WhatFollowsAnAnswerHasTheFocus)
 {
     const Elsewhere elsewhere;
-    dialogs.ask(question, [this](UpdateAnswer) { dialogs.showBusy(QStringLiteral("Downloading…"), [] {}); });
+    dialogs.ask(question, [this](Answer) { dialogs.showBusy(QStringLiteral("Checking…"), [] {}); });
     EXPECT_TRUE(becomesActive());
-    button("Download").click();
+    button("Open Page").click();
     EXPECT_TRUE(becomesActive());
 }
 
-TEST_F(UpdateDialogsTest, WhatFollowsBeforeTheLastOneCouldHaveTheFocusHasIt)
+TEST_F(NoticeDialogsTest, WhatFollowsBeforeTheLastOneCouldHaveTheFocusHasIt)
 {
     const Elsewhere elsewhere;
     dialogs.showBusy(QStringLiteral("Checking…"), [] {});
@@ -278,25 +252,18 @@ TEST_F(UpdateDialogsTest, WhatFollowsBeforeTheLastOneCouldHaveTheFocusHasIt)
     EXPECT_TRUE(becomesActive());
 }
 
-TEST_F(UpdateDialogsTest, LooksAsItShould)
+TEST_F(NoticeDialogsTest, LooksAsItShould)
 {
     const Release release{Version::parse(QStringLiteral("1.2")).value(),
                           QUrl(),
-                          12'300'000,
-                          {},
                           QStringLiteral("• Starts faster.\n• Understands more names."),
                           {}};
     const RunningProgram program{Version::parse(QStringLiteral("1.0")).value(), {}, {}};
     dialogs.showBusy(update_texts::checking(), [] {});
     keepPicture("checking");
-    ask(update_texts::download(release, program, Attention::take));
+    ask(update_texts::available(release, program, Attention::take));
     keepPicture("available");
-    dialogs.showBusy(update_texts::downloading(release), [] {});
-    dialogs.showProgress({4'000'000, 12'300'000});
-    keepPicture("downloading");
-    ask(update_texts::install(release));
-    keepPicture("ready");
-    dialogs.tell(update_texts::failed({UpdateFailure::Kind::tampered, QString()}));
+    dialogs.tell(update_texts::failed({UpdateFailure::Kind::untrusted, QString()}));
     keepPicture("failed");
     dialogs.tell(update_texts::upToDate(program));
     keepPicture("up-to-date");
