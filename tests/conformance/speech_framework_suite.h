@@ -114,10 +114,7 @@ protected:
         EXPECT_TRUE(driver.until([&] { return outcome.hasEnded(); }));
         return outcome;
     }
-    [[nodiscard]] Locale locale()
-    {
-        return ended(driver.framework().supportedLocales()).value().front();
-    }
+    [[nodiscard]] Locale locale() { return ended(driver.framework().supportedLocales()).value().front(); }
     [[nodiscard]] WatchedDictation makeDictation()
     {
         return WatchedDictation(driver.framework().makeAnalyzer(locale()));

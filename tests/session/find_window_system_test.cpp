@@ -13,8 +13,9 @@ protected:
     }
     [[nodiscard]] SessionRefusal refusal() const { return std::get<SessionRefusal>(found()); }
 
-    SessionEnvironment environment{
-        .sessionType = QStringLiteral("x11"), .waylandDisplay = {}, .x11Display = qEnvironmentVariable("DISPLAY")};
+    SessionEnvironment environment{.sessionType = QStringLiteral("x11"),
+                                   .waylandDisplay = {},
+                                   .x11Display = qEnvironmentVariable("DISPLAY")};
 };
 
 TEST_F(FindWindowSystemTest, AnX11SessionNamesTheToolkitsPluginForIt)
@@ -50,7 +51,8 @@ TEST_F(FindWindowSystemTest, WithoutADisplayItIsNamedAndNobodyCanBeTold)
     environment.x11Display = QStringLiteral(":4711");
     const SessionRefusal without = refusal();
     qputenv("DISPLAY", display);
-    EXPECT_EQ(without.reason, QStringLiteral("no graphical session: the X display \":4711\" can't be opened"));
+    EXPECT_EQ(without.reason,
+              QStringLiteral("no graphical session: the X display \":4711\" can't be opened"));
     EXPECT_TRUE(without.words.isEmpty());
 }
 

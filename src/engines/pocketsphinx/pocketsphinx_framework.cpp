@@ -3,7 +3,7 @@
 #include "base/error.h"
 #include "engines/pocketsphinx/model_files.h"
 #include "engines/pocketsphinx/recognizer.h"
-#include "engines/utterance_splitter.h"
+#include "engines/shared/utterance_splitter.h"
 
 namespace corvandi {
 namespace {

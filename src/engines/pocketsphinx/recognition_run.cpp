@@ -1,7 +1,7 @@
 #include "engines/pocketsphinx/recognition_run.h"
 
 #include "base/error.h"
-#include "engines/utterance_splitter.h"
+#include "engines/shared/utterance_splitter.h"
 
 #include <QStringList>
 

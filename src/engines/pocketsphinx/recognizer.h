@@ -3,7 +3,7 @@
 #include "base/awaitables.h"
 #include "base/worker.h"
 #include "engines/pocketsphinx/recognition_run.h"
-#include "engines/result_channel.h"
+#include "engines/shared/result_channel.h"
 
 #include <QString>
 

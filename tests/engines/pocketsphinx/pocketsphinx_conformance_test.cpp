@@ -1,7 +1,7 @@
 #include "conformance/speech_framework_suite.h"
 #include "engines/pocketsphinx/model_files.h"
 #include "engines/pocketsphinx/pocketsphinx_framework.h"
-#include "engines/utterance_splitter.h"
+#include "engines/shared/utterance_splitter.h"
 #include "support/event_loop.h"
 #include "support/transcribing.h"
 #include "system/process/qt_main_queue.h"

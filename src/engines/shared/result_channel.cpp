@@ -1,4 +1,4 @@
-#include "engines/result_channel.h"
+#include "engines/shared/result_channel.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "engines/utterance_splitter.h"
+#include "engines/shared/utterance_splitter.h"
 
 #include <speex/speex_preprocess.h>
 

@@ -1,4 +1,4 @@
-#include "engines/utterance_splitter.h"
+#include "engines/shared/utterance_splitter.h"
 
 #include <gmock/gmock.h>
 
