@@ -75,11 +75,6 @@ X11EventPump::X11EventPump(const X11Connection& connection, Handler handler, std
     drainSoon();
 }
 
-X11EventPump::~X11EventPump()
-{
-    *alive_ = false;
-}
-
 void X11EventPump::drainSoon()
 {
     QMetaObject::invokeMethod(
@@ -90,10 +85,10 @@ void X11EventPump::drain()
 {
     if (!notifier_.isEnabled())
         return;
-    const std::shared_ptr<bool> alive = alive_;
+    const auto life = life_.watch();
     while (const auto event = owned(xcb_poll_for_event(connection_.get()))) {
         handler_(*event);
-        if (!*alive)
+        if (life.expired())
             return;
     }
     if (!connection_.isUsable()) {
