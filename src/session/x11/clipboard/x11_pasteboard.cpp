@@ -42,10 +42,10 @@ namespace {
 /// Whether this window was made on Qt's connection to the server: the upper bits of its number tell.
 bool isQtWindow(xcb_window_t window)
 {
-    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11 || window == XCB_WINDOW_NONE)
+    xcb_connection_t* connection = toolkitConnection();
+    if (!connection || window == XCB_WINDOW_NONE)
         return false;
-    const xcb_setup_t* setup = xcb_get_setup(x11->connection());
+    const xcb_setup_t* setup = xcb_get_setup(connection);
     return (window & ~setup->resource_id_mask) == setup->resource_id_base;
 }
 

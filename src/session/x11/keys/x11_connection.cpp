@@ -46,6 +46,12 @@ std::optional<X11Connection> X11Connection::open(SystemLog& log)
     return connection;
 }
 
+bool X11Connection::isPossible()
+{
+    X11Connection connection;
+    return connection.isUsable() && !connection.negotiateExtensions();
+}
+
 const char* X11Connection::negotiateExtensions()
 {
     for (xcb_extension_t* extension : {&xcb_input_id, &xcb_xkb_id, &xcb_test_id})

@@ -18,6 +18,8 @@ class X11Connection : public XcbConnection {
 public:
     /// Nothing when there is no server or an extension is missing; the log says which.
     [[nodiscard]] static std::optional<X11Connection> open(SystemLog& log);
+    /// Whether there is a server with all extensions: waits for a connection and a few round trips.
+    [[nodiscard]] static bool isPossible();
 
     [[nodiscard]] uint8_t xinputOpcode() const { return xinputOpcode_; }
     [[nodiscard]] uint8_t xinputFirstEvent() const { return xinputFirstEvent_; }
