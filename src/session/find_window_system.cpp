@@ -19,8 +19,8 @@ SessionRefusal waylandRefusal()
     return {
         .reason = QStringLiteral("this is a Wayland session, in which no hotkey can be watched yet; "
                                  "log in to an X11 session"),
-        .words = QCoreApplication::translate("SessionRefusal",
-                                             "Corvandi can't work in a Wayland session yet. Log in to an X11 session."),
+        .words = QCoreApplication::translate(
+            "SessionRefusal", "Corvandi can't work in a Wayland session yet. Log in to an X11 session."),
         .toolkitPlatform = QStringLiteral("wayland;xcb"),
     };
 }
