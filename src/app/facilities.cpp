@@ -44,7 +44,7 @@ std::unique_ptr<HUDContent> makeHUDContent(HUDModel& model)
 
 Facilities::Facilities(SystemLog& theLog, const WindowSystem& windowSystem)
     : log(theLog)
-    , storeQueue(QStringLiteral("io.corvandi.Corvandi.store"))
+    , storeQueue(QStringLiteral("io.corvandi.Corvandi.store"), log, files)
     , session(windowSystem.openSession({queue, log, makeHUDContent}))
     , appearance(QDBusConnection::sessionBus(), log)
     , accessibility(log, session->canWatchAndPostKeys(),
@@ -70,7 +70,7 @@ Platform Facilities::forDictation()
         .queue = queue,
         .wallClock = wallClock,
         .log = log,
-        .files = files,
+        .files = *files,
         .storeQueue = storeQueue,
         .eventTapFactory = eventTapFactory,
         .keyboard = session->keyboard(),

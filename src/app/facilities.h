@@ -33,7 +33,7 @@ struct Facilities {
     QtMainQueue queue;
     QtUserDefaults userDefaults{log};
     SystemWallClock wallClock;
-    PosixFileSystem files;
+    std::shared_ptr<PosixFileSystem> files = std::make_shared<PosixFileSystem>();
     SerialWorkQueue storeQueue;
     std::unique_ptr<DesktopSession> session;
     PortalAppearance appearance;

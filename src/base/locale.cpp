@@ -6,9 +6,6 @@
 #include <array>
 
 namespace corvandi {
-namespace {
-
-constexpr auto fallbackIdentifier = "en-US";
 
 QString environmentLocaleName()
 {
@@ -19,6 +16,10 @@ QString environmentLocaleName()
     }
     return {};
 }
+
+namespace {
+
+constexpr auto fallbackIdentifier = "en-US";
 
 icu::Locale parse(const QString& bcp47)
 {

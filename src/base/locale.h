@@ -6,6 +6,10 @@
 
 namespace corvandi {
 
+/// The system's name of the locale of texts ("de_AT.UTF-8@euro"), as the environment says (LC_ALL,
+/// LC_MESSAGES, LANG, in this order); empty when it names none.
+[[nodiscard]] QString environmentLocaleName();
+
 /// A language with, usually, a region, known by its BCP 47 identifier (such as "en-US").
 class Locale {
 public:
@@ -14,8 +18,8 @@ public:
     {
     }
 
-    /// The locale that the environment names (LC_ALL, LC_MESSAGES, LANG, in this order). The "C" and
-    /// "POSIX" locales, and an environment that names none, mean American English.
+    /// The locale that the environment names. The "C" and "POSIX" locales, and an environment that names
+    /// none, mean American English.
     [[nodiscard]] static Locale current();
 
     [[nodiscard]] const QString& bcp47() const { return bcp47_; }

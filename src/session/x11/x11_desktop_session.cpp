@@ -1,6 +1,6 @@
 #include "session/x11/x11_desktop_session.h"
 
-#include "session/x11/keys/input_extensions.h"
+#include "session/x11/keys/x11_connection.h"
 #include "session/x11/windows/bring_to_front.h"
 
 #include <utility>
@@ -24,7 +24,7 @@ PasteShortcut pasteShortcutOf(ApplicationKind kind)
 } // namespace
 
 X11DesktopSession::X11DesktopSession(SessionNeeds needs)
-    : canWatchAndPostKeys_(hasInputExtensions())
+    : canWatchAndPostKeys_(X11Connection::isPossible())
     , workspace_(needs.queue)
     , eventTapFactory_(needs.log, watchedChord_)
     , keyboard_(needs.log, watchedChord_, [this] { return pasteShortcutOf(workspace_.frontmostKind()); })

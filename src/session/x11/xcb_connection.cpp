@@ -1,6 +1,24 @@
 #include "session/x11/xcb_connection.h"
 
+#include <QGuiApplication>
+
 namespace corvandi {
+
+xcb_atom_t atomOf(xcb_connection_t* connection, std::string_view name)
+{
+    constexpr uint8_t makeIfMissing = 0;
+    const auto answer =
+        replyOf(connection, xcb_intern_atom_reply,
+                xcb_intern_atom(connection, makeIfMissing, static_cast<uint16_t>(name.size()), name.data()));
+    return answer ? answer->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+}
+
+xcb_connection_t* toolkitConnection()
+{
+    const auto* x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    return x11 ? x11->connection() : nullptr;
+}
+
 namespace {
 
 xcb_window_t rootOf(xcb_connection_t* connection, int screenNumber)
@@ -20,15 +38,6 @@ XcbConnection::XcbConnection()
     int screen = 0;
     connection_.reset(xcb_connect(nullptr, &screen));
     root_ = rootOf(connection_.get(), screen);
-}
-
-xcb_atom_t XcbConnection::atom(std::string_view name) const
-{
-    constexpr uint8_t makeIfMissing = 0;
-    const auto answer =
-        reply(xcb_intern_atom_reply,
-              xcb_intern_atom(get(), makeIfMissing, static_cast<uint16_t>(name.size()), name.data()));
-    return answer ? answer->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
 }
 
 bool XcbConnection::hasExtension(std::string_view name) const

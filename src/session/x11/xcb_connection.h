@@ -26,6 +26,26 @@ template<class T>
     return XcbPtr<T>(reply);
 }
 
+/// Waits for the reply of one request: `replyOf(connection, xcb_get_property_reply, cookie)`. Empty when the
+/// request has failed.
+template<class Reply, class Cookie>
+[[nodiscard]] XcbPtr<Reply> replyOf(xcb_connection_t* connection,
+                                    Reply* (*function)(xcb_connection_t*, Cookie, xcb_generic_error_t**),
+                                    Cookie cookie)
+{
+    xcb_generic_error_t* error = nullptr;
+    auto result = owned(function(connection, cookie, &error));
+    const auto dropped = owned(error);
+    return result;
+}
+
+/// The server's atom for `name`, made if need be; none when that fails.
+[[nodiscard]] xcb_atom_t atomOf(xcb_connection_t* connection, std::string_view name);
+
+/// The connection of the toolkit, whose events are the toolkit's; null on another platform than X11.
+/// Thread: main thread only.
+[[nodiscard]] xcb_connection_t* toolkitConnection();
+
 /// A connection of one's own to the X server that DISPLAY names. Errors of single requests never end
 /// the program: they come back as an empty reply. Without a server (or once it has gone) `isUsable` is
 /// false and every reply is empty.
@@ -44,7 +64,7 @@ public:
     /// The root window of the display's default screen; none when not usable.
     [[nodiscard]] xcb_window_t root() const { return root_; }
     /// The server's atom for `name`, made if need be; none when not usable.
-    [[nodiscard]] xcb_atom_t atom(std::string_view name) const;
+    [[nodiscard]] xcb_atom_t atom(std::string_view name) const { return atomOf(get(), name); }
     /// Whether the server has the extension of this (protocol) name.
     [[nodiscard]] bool hasExtension(std::string_view name) const;
     /// Sends what is queued.
@@ -52,15 +72,12 @@ public:
     /// Returns when the server has carried out everything so far: one round trip.
     void sync() const;
 
-    /// Waits for the reply of one request: `reply(xcb_get_property_reply, cookie)`.
+    /// As `replyOf` on this connection.
     template<class Reply, class Cookie>
     [[nodiscard]] XcbPtr<Reply> reply(Reply* (*function)(xcb_connection_t*, Cookie, xcb_generic_error_t**),
                                       Cookie cookie) const
     {
-        xcb_generic_error_t* error = nullptr;
-        auto result = owned(function(connection_.get(), cookie, &error));
-        const auto dropped = owned(error);
-        return result;
+        return replyOf(get(), function, cookie);
     }
 
     /// The next event that has arrived, without waiting. Errors of requests without reply are dropped.

@@ -76,7 +76,7 @@ AccessibilityBusFinder::AccessibilityBusFinder()
 {
     watcher_.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
     watcher_.addWatchedService(serviceName());
-    connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this, &AccessibilityBusFinder::look);
+    connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this, &AccessibilityBusFinder::search);
 }
 
 AccessibilityBusFinder::~AccessibilityBusFinder()
@@ -100,7 +100,7 @@ void AccessibilityBusFinder::sessionLost()
     Q_EMIT failed(QStringLiteral("the session bus has gone"));
 }
 
-void AccessibilityBusFinder::look()
+void AccessibilityBusFinder::search()
 {
     if (asking_)
         return;

@@ -58,7 +58,7 @@ public:
     AccessibilityBusFinder& operator=(const AccessibilityBusFinder&) = delete;
 
     /// Ends in one of the signals, unless a search is going on already.
-    void look();
+    void search();
 
 Q_SIGNALS:
     void found(const QString& address);

@@ -94,10 +94,7 @@ void AtSpiAccessibilityClient::prompt()
 void AtSpiAccessibilityClient::ask()
 {
     isAskingPerson_ = true;
-    person_.ask([this, alive = std::weak_ptr(alive_)](bool granted) {
-        if (!alive.expired())
-            onAnswer(granted);
-    });
+    person_.ask(life_.guard([this](bool granted) { onAnswer(granted); }));
 }
 
 void AtSpiAccessibilityClient::onAnswer(bool granted)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/worker.h"
 #include "ports/accessibility_client.h"
 #include "ports/event_tap.h"
 #include "ports/system_log.h"
@@ -82,7 +83,7 @@ private:
     ToolkitSetting toolkitSetting_;
     bool promptWhenAnswered_ = false;
     bool isAskingPerson_ = false;
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+    Life life_;
 };
 
 /// The keyboard as something that can be tapped while the desktop's accessibility support is on: as long as

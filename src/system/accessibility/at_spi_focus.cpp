@@ -1,8 +1,10 @@
 #include "system/accessibility/at_spi_focus.h"
 
+#include "base/worker.h"
 #include "system/accessibility/focus_worker.h"
 
 #include <memory>
+#include <utility>
 
 namespace corvandi {
 namespace {
@@ -10,14 +12,23 @@ namespace {
 /// Somebody who waits for a refresh, for as long as this lives.
 class Waiting : public Registration {
 public:
-    explicit Waiting(std::function<void()> done)
-        : done_(std::make_shared<std::function<void()>>(std::move(done)))
+    Waiting(MainQueue& queue, std::function<void()> done)
+        : mailbox_(queue)
+        , done_(std::move(done))
     {
     }
-    [[nodiscard]] std::weak_ptr<std::function<void()>> done() const { return done_; }
+    /// Ends the waiting, later; to be called once. Thread: any.
+    [[nodiscard]] std::function<void()> end()
+    {
+        return [this, address = mailbox_.address()] {
+            // The one who waited may destroy this.
+            address.post([this] { std::exchange(done_, nullptr)(); });
+        };
+    }
 
 private:
-    std::shared_ptr<std::function<void()>> done_;
+    Mailbox mailbox_;
+    std::function<void()> done_;
 };
 
 } // namespace
@@ -52,16 +63,11 @@ std::optional<FocusedElement> AtSpiFocus::focusedElement()
 
 std::unique_ptr<Registration> AtSpiFocus::refresh(std::function<void()> done)
 {
-    auto waiting = std::make_unique<Waiting>(std::move(done));
-    // Both the worker and the queue only carry it: it is called, and looked whether it still lives, here.
-    std::function<void()> tell = [weak = waiting->done()] {
-        if (const auto call = weak.lock())
-            (*call)();
-    };
+    auto waiting = std::make_unique<Waiting>(queue_, std::move(done));
     if (const std::optional<pid_t> process = activeProcess_())
-        worker_->refresh(*process, [this, tell = std::move(tell)] { queue_.async(tell); });
+        worker_->refresh(*process, waiting->end());
     else
-        queue_.async(std::move(tell));
+        waiting->end()();
     return waiting;
 }
 

@@ -30,13 +30,13 @@ void FocusWorker::start()
     finder_ = std::make_unique<AccessibilityBusFinder>();
     connect(finder_.get(), &AccessibilityBusFinder::found, this, &FocusWorker::greet);
     connect(finder_.get(), &AccessibilityBusFinder::failed, this, &FocusWorker::complain);
-    look();
+    search();
 }
 
-void FocusWorker::look()
+void FocusWorker::search()
 {
-    nextLook_ = QDeadlineTimer(lookInterval);
-    finder_->look();
+    nextSearch_ = QDeadlineTimer(searchInterval);
+    finder_->search();
 }
 
 void FocusWorker::request(pid_t process)
@@ -63,8 +63,8 @@ void FocusWorker::inspect(pid_t process)
 {
     if (tracker_)
         tracker_->inspectProcess(process);
-    else if (nextLook_.hasExpired())
-        look();
+    else if (nextSearch_.hasExpired())
+        search();
 }
 
 void FocusWorker::greet(const QString& address)
@@ -100,7 +100,7 @@ void FocusWorker::busLost()
 {
     disconnectFromBus();
     complain(QStringLiteral("it has gone"));
-    QTimer::singleShot(settlingTime, this, &FocusWorker::look);
+    QTimer::singleShot(settlingTime, this, &FocusWorker::search);
 }
 
 void FocusWorker::disconnectFromBus()

@@ -16,12 +16,12 @@ namespace corvandi {
 ///
 /// A bus that hangs when it is found is connected to when it goes on. While the bus is away, nothing polls:
 /// it is looked for when the program that starts it appears, and when somebody asks for the focus, at most
-/// every `lookInterval`.
+/// every `searchInterval`.
 class FocusWorker : public QObject {
     Q_OBJECT
 
 public:
-    static constexpr std::chrono::seconds lookInterval{5};
+    static constexpr std::chrono::seconds searchInterval{5};
 
     /// Thread: any; then moved to the worker thread, where it is to be destroyed. The others outlive it.
     FocusWorker(FocusCache& cache, SystemLog& log);
@@ -45,7 +45,7 @@ private Q_SLOTS:
 private:
     void serveRequest();
     void inspect(pid_t process);
-    void look();
+    void search();
     void greet(const QString& address);
     void connectTo(const QString& address);
     void disconnectFromBus();
@@ -58,7 +58,7 @@ private:
     std::unique_ptr<AccessibilityBusFinder> finder_;
     std::unique_ptr<BusGreeting> greeting_;
     std::unique_ptr<FocusTracker> tracker_;
-    QDeadlineTimer nextLook_;
+    QDeadlineTimer nextSearch_;
     bool complained_ = false;
     /// The process that was asked for and not yet looked at; 0 for none.
     std::atomic<pid_t> requested_ = 0;

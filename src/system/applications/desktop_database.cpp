@@ -89,7 +89,7 @@ DesktopDatabase::~DesktopDatabase() = default;
 
 void DesktopDatabase::readLater()
 {
-    if (isReading_)
+    if (reading_)
         changedMeanwhile_ = true;
     else if (!settling_)
         settling_ = queue_.after(settleTime, [this] { read(); });
@@ -98,27 +98,20 @@ void DesktopDatabase::readLater()
 void DesktopDatabase::read()
 {
     settling_.reset();
-    isReading_ = true;
-    worker_ =
-        std::jthread([this, paths = paths_, alive = std::weak_ptr(alive_)](const std::stop_token& stop) {
-            auto files = std::make_shared<const DesktopFiles>(readDesktopFiles(paths, stop));
-            if (stop.stop_requested())
-                return;
-            queue_.async([this, alive, files] {
-                if (!alive.expired())
-                    take(files);
-            });
-        });
+    reading_ = std::make_unique<Errand<DesktopFiles>>(
+        worker_, queue_,
+        [paths = paths_](const std::stop_token& stop) { return readDesktopFiles(paths, stop); },
+        [this](DesktopFiles files) { take(std::move(files)); });
 }
 
-void DesktopDatabase::take(std::shared_ptr<const DesktopFiles> files)
+void DesktopDatabase::take(DesktopFiles files)
 {
-    const auto former = std::exchange(files_, std::move(files));
-    isReading_ = false;
-    const bool hasNewWatches = watch(files_->foldersToWatch);
+    const DesktopFiles former = std::exchange(files_, std::move(files));
+    reading_.reset();
+    const bool hasNewWatches = watch(files_.foldersToWatch);
     // Nobody told of what changed in a folder before it was watched. Folders that can't be watched are no
     // reason to read for ever, hence the comparison.
-    const bool missedChanges = hasNewWatches || files_->foldersToWatch != former->foldersToWatch;
+    const bool missedChanges = hasNewWatches || files_.foldersToWatch != former.foldersToWatch;
     if (std::exchange(changedMeanwhile_, false) || missedChanges)
         readLater();
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/main_queue.h"
+#include "base/worker.h"
 #include "system/applications/desktop_entry.h"
 #include "system/applications/desktop_files.h"
 
@@ -8,7 +8,6 @@
 #include <QStringList>
 
 #include <memory>
-#include <thread>
 #include <vector>
 
 namespace corvandi {
@@ -40,7 +39,7 @@ inline const QByteArray folderMimeType = QByteArrayLiteral("inode/directory");
 /// replaced, is noticed only with the next change of its folder.
 ///
 /// Thread: main thread only; nothing here waits for the disk, save that destroying it during a reading
-/// waits for the file that is being read.
+/// waits for the file that is being read, for some seconds at most.
 class DesktopDatabase {
 public:
     DesktopDatabase(MainQueue& queue, DesktopPaths paths);
@@ -49,25 +48,24 @@ public:
     DesktopDatabase& operator=(const DesktopDatabase&) = delete;
 
     /// What is known at present: nothing in the first milliseconds. Valid until the event loop runs on.
-    [[nodiscard]] const DesktopIndex& index() const { return files_->index; }
+    [[nodiscard]] const DesktopIndex& index() const { return files_.index; }
 
 private:
     void read();
     void readLater();
-    void take(std::shared_ptr<const DesktopFiles> files);
+    void take(DesktopFiles files);
     /// Watches these folders and no others; true when it began to watch one.
     bool watch(const QStringList& folders);
 
     MainQueue& queue_;
     DesktopPaths paths_;
-    std::shared_ptr<const DesktopFiles> files_ = std::make_shared<const DesktopFiles>();
+    DesktopFiles files_;
     QFileSystemWatcher watcher_;
     std::unique_ptr<Timer> settling_;
-    bool isReading_ = false;
     bool changedMeanwhile_ = false;
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
-    /// Last, so that it has ended before anything that it uses goes.
-    std::jthread worker_;
+    Worker worker_{QStringLiteral("applications"), Worker::AtEnd::stop};
+    /// While it goes on.
+    std::unique_ptr<Registration> reading_;
 };
 
 } // namespace corvandi

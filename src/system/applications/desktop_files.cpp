@@ -1,5 +1,6 @@
 #include "system/applications/desktop_files.h"
 
+#include "base/locale.h"
 #include "system/applications/desktop_database.h"
 
 #include <QDir>
@@ -9,16 +10,6 @@
 #include <QStandardPaths>
 
 namespace corvandi {
-
-QString messageLocale()
-{
-    for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-        const QString value = qEnvironmentVariable(variable);
-        if (!value.isEmpty())
-            return value;
-    }
-    return {};
-}
 
 QStringList desktopLocales(const QString& localeName)
 {
@@ -187,7 +178,7 @@ DesktopPaths DesktopPaths::fromEnvironment()
     const QStringList data = foldersIn("XDG_DATA_HOME", home + QStringLiteral("/.local/share")) +
                              foldersIn("XDG_DATA_DIRS", QStringLiteral("/usr/local/share:/usr/share"));
     DesktopPaths paths;
-    paths.locales = desktopLocales(messageLocale());
+    paths.locales = desktopLocales(environmentLocaleName());
     for (const QString& folder : data)
         paths.applicationFolders.append(folder + QStringLiteral("/applications"));
 

@@ -46,8 +46,8 @@ QCoro::Task<> PulseAudioInput::removeTap()
 {
     tap_.reset();
     OneShot<Done> drained;
-    server_.thread().post([this, drained] {
-        const auto report = [this, drained] { mailbox_.post([drained] { drained.complete(Done{}); }); };
+    server_.thread().post([this, drained, address = mailbox_.address()] {
+        const auto report = [drained, address] { address.post([drained] { drained.complete(Done{}); }); };
         if (recording_)
             recording_->drain(report);
         else
@@ -86,11 +86,11 @@ void PulseAudioInput::stop()
 void PulseAudioInput::record(uint64_t run)
 {
     const PulseRecording::Tap tap = tap_ ? tap_->value : PulseRecording::Tap{inputFormat(), 1, {}};
-    server_.thread().post([this, run, tap] {
+    server_.thread().post([this, run, tap, address = mailbox_.address()] {
         const PulseRecording::Events events{
-            [this, run] { mailbox_.post([this, run] { recordingStarted(run); }); },
-            [this, run](const QString& reason) {
-                mailbox_.post([this, run, reason] { recordingFailed(run, reason); });
+            [this, run, address] { address.post([this, run] { recordingStarted(run); }); },
+            [this, run, address](const QString& reason) {
+                address.post([this, run, reason] { recordingFailed(run, reason); });
             }};
         const PulseConnection* connection = server_.connection();
         recording_.reset();

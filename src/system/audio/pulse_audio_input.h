@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/awaitables.h"
-#include "base/main_queue.h"
+#include "base/worker.h"
 #include "ports/audio_input.h"
 #include "ports/system_log.h"
 #include "system/audio/pulse_server.h"
@@ -59,7 +59,7 @@ private:
     std::optional<PendingStart> pendingStart_;
     /// Counts starts and stops: reports of an earlier run don't count.
     uint64_t run_ = 0;
-    MainThreadMailbox mailbox_;
+    Mailbox mailbox_;
     /// Belongs to the sound thread.
     std::unique_ptr<PulseRecording> recording_;
 };

@@ -76,7 +76,7 @@ void PulseCaptureAuthorization::requestAccess(std::function<void(bool granted)> 
     waiting_.push_back(std::move(answered));
     refresh();
     if (!lookup_)
-        mailbox_.post([this] { refreshed(); });
+        mailbox_.address().post([this] { refreshed(); });
 }
 
 void PulseCaptureAuthorization::refresh()

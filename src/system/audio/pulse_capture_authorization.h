@@ -55,7 +55,7 @@ private:
     [[nodiscard]] AuthorizationStatus knownStatus() const;
 
     PulseServer& server_;
-    MainThreadMailbox mailbox_;
+    Mailbox mailbox_;
     std::optional<QString> sandboxedId_;
     AuthorizationStatus stored_ = AuthorizationStatus::notDetermined;
     std::unique_ptr<QDBusPendingCallWatcher> lookup_;

@@ -41,11 +41,11 @@ void PulseServer::attempt()
 {
     isAttempting_ = true;
     retry_.reset();
-    thread_->post([this, number = ++attemptNumber_] {
+    thread_->post([this, number = ++attemptNumber_, address = mailbox_.address()] {
         // The old one first: two at a time would be two clients to the server.
         connection_.reset();
-        const auto changed = [this, number](const PulseConnectionState& state) {
-            mailbox_.post([this, number, state] {
+        const auto changed = [this, number, address](const PulseConnectionState& state) {
+            address.post([this, number, state] {
                 if (number == attemptNumber_)
                     connectionChanged(state);
             });

@@ -32,6 +32,9 @@ namespace corvandi {
 
 /// The sound thread: it runs the sound library's event loop, and all of that library's objects live on
 /// it. It sleeps until there is something to do.
+///
+/// No `Worker`: the library starts this thread and owns its loop, and its objects need it for as long as they
+/// live, not for one job.
 class PulseThread {
 public:
     using Work = std::function<void()>;

@@ -1,25 +1,25 @@
 #pragma once
 
+#include "base/worker.h"
+#include "ports/system_log.h"
 #include "ports/work_queue.h"
-
-#include <QString>
-
-#include <condition_variable>
-#include <deque>
-#include <mutex>
-#include <thread>
 
 namespace corvandi {
 
-/// A work queue with one thread of its own, which sleeps while there is nothing to do.
+/// A work queue with a thread of its own while there is work.
 ///
 /// Handing over never waits for work. Work that hangs, on a disk for instance, keeps all that follows
-/// waiting in memory, and keeps the destructor: what was handed over is not dropped. A process that is
-/// killed meanwhile loses the work that waits.
+/// waiting in memory. The destructor waits for it no longer than the queue's patience, and logs when that was
+/// too short: then the work goes on until the process ends. A process that is killed meanwhile loses the
+/// work that waits.
 class SerialWorkQueue : public WorkQueue {
 public:
-    /// The end of `label` names the thread, as far as the system's 15 characters go.
-    explicit SerialWorkQueue(const QString& label);
+    static constexpr std::chrono::milliseconds usualPatience = std::chrono::seconds(30);
+
+    /// The end of `label` names the thread, as far as the system's 15 characters go. The work shares `uses`,
+    /// what it refers to; `log` outlives the work.
+    SerialWorkQueue(const QString& label, SystemLog& log, std::shared_ptr<const void> uses = nullptr,
+                    std::chrono::milliseconds patience = usualPatience);
     ~SerialWorkQueue() override;
     SerialWorkQueue(const SerialWorkQueue&) = delete;
     SerialWorkQueue& operator=(const SerialWorkQueue&) = delete;
@@ -27,14 +27,9 @@ public:
     void async(std::function<void()> work) override;
 
 private:
-    void workUntilDone();
-
-    std::mutex mutex_;
-    std::condition_variable hasNews_;
-    std::deque<std::function<void()>> waiting_;
-    bool isEnding_ = false;
-    /// Last, so that it starts when all else is there.
-    std::thread thread_;
+    SystemLog& log_;
+    std::shared_ptr<const void> uses_;
+    Worker worker_;
 };
 
 } // namespace corvandi

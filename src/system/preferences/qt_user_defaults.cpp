@@ -1,9 +1,17 @@
 #include "system/preferences/qt_user_defaults.h"
 
+#include "system/preferences/preferences_file.h"
+
 #include <QStandardPaths>
+
+#include <mutex>
+#include <utility>
 
 namespace corvandi {
 namespace {
+
+/// For a disk that hangs.
+constexpr auto longestWait = std::chrono::seconds(30);
 
 /// A value as the file shows it.
 QString toText(const DefaultsValue& value)
@@ -31,13 +39,52 @@ bool toBoolean(const QString& text)
 
 } // namespace
 
+/// The file, and what it is to hold.
+struct QtUserDefaults::ChangedFile {
+    ChangedFile(const QString& path, SystemLog& log)
+        : file(path, log)
+    {
+    }
+
+    /// Whether somebody has to write. Thread: main thread.
+    [[nodiscard]] bool change(const QString& key, const DefaultsValue& value)
+    {
+        const std::lock_guard guard(mutex);
+        changes.insert_or_assign(key, value);
+        return !std::exchange(isAwaitingWrite, true);
+    }
+
+    /// Thread: the worker's.
+    void write()
+    {
+        std::unique_lock lock(mutex);
+        isAwaitingWrite = false;
+        const auto present = changes;
+        lock.unlock();
+        file.merge(present);
+    }
+
+    /// The worker's alone once something was set.
+    PreferencesFile file;
+    std::mutex mutex;
+    /// Everything that was set so far; a failed write is made up for by the next.
+    std::map<QString, DefaultsValue> changes;
+    bool isAwaitingWrite = false;
+};
+
 QtUserDefaults::QtUserDefaults(SystemLog& log, const QString& path)
-    : file_(path, log)
-    , stored_(file_.read())
+    : log_(log)
+    , file_(std::make_shared<ChangedFile>(path, log))
+    , stored_(file_->file.read())
+    , writer_(QStringLiteral("preferences"), Worker::AtEnd::finish, longestWait)
 {
 }
 
-QtUserDefaults::~QtUserDefaults() = default;
+QtUserDefaults::~QtUserDefaults()
+{
+    if (!writer_.end())
+        log_.write(QStringLiteral("the preferences take too long to write"));
+}
 
 QString QtUserDefaults::defaultPath()
 {
@@ -73,26 +120,8 @@ std::optional<QString> QtUserDefaults::string(const QString& key) const
 void QtUserDefaults::set(const QString& key, const DefaultsValue& value)
 {
     stored_.insert_or_assign(key, toText(value));
-    {
-        const std::lock_guard guard(mutex_);
-        changes_.insert_or_assign(key, value);
-        isWritten_ = false;
-    }
-    hasWork_.notify_one();
-    if (!writer_.joinable())
-        writer_ = std::jthread([this](const std::stop_token& stop) { writeUntilStopped(stop); });
-}
-
-void QtUserDefaults::writeUntilStopped(const std::stop_token& stop)
-{
-    std::unique_lock lock(mutex_);
-    while (hasWork_.wait(lock, stop, [this] { return !isWritten_; })) {
-        isWritten_ = true;
-        const auto changes = changes_;
-        lock.unlock();
-        file_.merge(changes);
-        lock.lock();
-    }
+    if (file_->change(key, value))
+        writer_.post([file = file_](const std::stop_token&) { file->write(); });
 }
 
 } // namespace corvandi

@@ -1,27 +1,27 @@
 #pragma once
 
+#include "base/worker.h"
+#include "ports/system_log.h"
 #include "ports/user_defaults.h"
-#include "system/preferences/preferences_file.h"
 
-#include <condition_variable>
-#include <mutex>
-#include <thread>
+#include <map>
+#include <memory>
 
 namespace corvandi {
 
 /// The preferences in QSettings' INI format.
 ///
 /// The file is read once, at construction; answers come from memory. A change is written at once by a
-/// thread of its own (started with the first change), so that `set` never waits for the disk; changes
-/// that come while a write is under way are written together. Destruction waits until everything that
-/// was set has been written or has failed. The file does not exist before the first change.
+/// thread of its own, so that `set` never waits for the disk; changes that come while a write is under way
+/// are written together. Destruction waits until everything that was set has been written or has failed, for
+/// half a minute at most, and logs when that was too short. The file does not exist before the first change.
 ///
 /// Stored text is understood as follows. Whole numbers: decimal digits with an optional sign that fit
 /// into 64 bits. Truth values: "true", "yes", "on" in any letter case, and whole numbers other than 0;
 /// all else is false. A list (a bare comma in a line edited by hand) is no value at all.
 class QtUserDefaults : public UserDefaults {
 public:
-    /// `log` outlives this object and is written to from two threads.
+    /// `log` outlives this object and its last write, and is written to from two threads.
     explicit QtUserDefaults(SystemLog& log, const QString& path = defaultPath());
     ~QtUserDefaults() override;
     QtUserDefaults(const QtUserDefaults&) = delete;
@@ -37,19 +37,14 @@ public:
     void set(const QString& key, const DefaultsValue& value) override;
 
 private:
-    void writeUntilStopped(const std::stop_token& stop);
+    struct ChangedFile;
 
-    PreferencesFile file_;
+    SystemLog& log_;
+    /// Shared with the worker.
+    std::shared_ptr<ChangedFile> file_;
     std::map<QString, QString> stored_;
     std::map<QString, QString> registered_;
-
-    std::mutex mutex_;
-    std::condition_variable_any hasWork_;
-    /// Everything that was set so far, guarded by the mutex; a failed write is made up for by the next.
-    std::map<QString, DefaultsValue> changes_;
-    bool isWritten_ = true;
-    /// Last, so that it ends before anything that it uses goes. It alone uses the file by then.
-    std::jthread writer_;
+    Worker writer_;
 };
 
 } // namespace corvandi

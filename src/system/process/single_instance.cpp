@@ -78,12 +78,12 @@ SingleInstance::SingleInstance(SystemLog& log, std::function<void()> activated, 
 {
     QObject::connect(&server_, &QLocalServer::newConnection, &server_, [this] { welcome(); });
     if (folder)
-        contend(*folder);
+        becomeFirstOrTell(*folder);
     else
         log_.write(QStringLiteral("no private folder for the lock file, so other instances go unnoticed"));
 }
 
-void SingleInstance::contend(const QString& folder)
+void SingleInstance::becomeFirstOrTell(const QString& folder)
 {
     socketPath_ = folder + QStringLiteral("/corvandi.socket");
     lock_ = std::make_unique<QLockFile>(folder + QStringLiteral("/corvandi.lock"));

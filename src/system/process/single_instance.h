@@ -47,7 +47,7 @@ public:
     [[nodiscard]] InstanceRole role() const { return role_; }
 
 private:
-    void contend(const QString& folder);
+    void becomeFirstOrTell(const QString& folder);
     [[nodiscard]] bool takeLock();
     void listen();
     void welcome();

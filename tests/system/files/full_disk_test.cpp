@@ -90,7 +90,7 @@ protected:
         dictate("before");
         const QByteArray before = contentOf(history);
         PosixFileSystem files;
-        SerialWorkQueue queue(QStringLiteral("store test"));
+        SerialWorkQueue queue(QStringLiteral("store test"), log);
         const auto waitForWrites = [&queue] {
             std::promise<void> done;
             queue.async([&done] { done.set_value(); });

@@ -86,7 +86,7 @@ private:
 {
     testing::RecordingLog log;
     ReportingFileSystem files(reports);
-    SerialWorkQueue queue(QStringLiteral("store test"));
+    SerialWorkQueue queue(QStringLiteral("store test"), log);
     Store store(directory, files, queue, log, Locale(QStringLiteral("en-US")));
     std::counting_semaphore<> room(2);
     for (auto n = static_cast<int>(store.history().size()) + 1; true; ++n) {

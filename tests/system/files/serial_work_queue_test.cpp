@@ -1,5 +1,7 @@
 #include "system/files/serial_work_queue.h"
 
+#include "support/recording_log.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -16,13 +18,18 @@ namespace {
 
 const QString label = QStringLiteral("io.corvandi.Corvandi.store");
 
-TEST(SerialWorkQueue, WorksInOrderAndOneAtATime)
+class SerialWorkQueueTest : public ::testing::Test {
+protected:
+    testing::RecordingLog log;
+};
+
+TEST_F(SerialWorkQueueTest, WorksInOrderAndOneAtATime)
 {
     std::vector<int> done;
     std::atomic<int> running = 0;
     std::atomic<bool> hasOverlapped = false;
     {
-        SerialWorkQueue queue(label);
+        SerialWorkQueue queue(label, log);
         for (int i = 0; i < 1000; ++i) {
             queue.async([&, i] {
                 hasOverlapped = hasOverlapped || ++running > 1;
@@ -37,13 +44,13 @@ TEST(SerialWorkQueue, WorksInOrderAndOneAtATime)
     EXPECT_FALSE(hasOverlapped);
 }
 
-TEST(SerialWorkQueue, DestructionWaitsForAllWork)
+TEST_F(SerialWorkQueueTest, DestructionWaitsForAllWork)
 {
     std::promise<void> gate;
     std::atomic<int> done = 0;
     std::thread opener;
     {
-        SerialWorkQueue queue(label);
+        SerialWorkQueue queue(label, log);
         queue.async([&gate] { gate.get_future().wait(); });
         for (int i = 0; i < 10; ++i)
             queue.async([&done] { ++done; });
@@ -52,25 +59,42 @@ TEST(SerialWorkQueue, DestructionWaitsForAllWork)
     }
     EXPECT_EQ(done, 10);
     opener.join();
+    EXPECT_TRUE(log.lines().empty());
 }
 
-TEST(SerialWorkQueue, HandingOverDoesNotWaitForWorkThatHangs)
+TEST_F(SerialWorkQueueTest, WorkThatHangsAtTheEndIsLoggedAndGoesOnWithWhatItUses)
+{
+    auto used = std::make_shared<int>(1);
+    const std::weak_ptr<int> watched = used;
+    const auto gate = std::make_shared<std::promise<void>>();
+    const auto done = std::make_shared<std::promise<bool>>();
+    {
+        SerialWorkQueue queue(label, log, std::move(used), std::chrono::milliseconds(0));
+        queue.async([gate] { gate->get_future().wait(); });
+        queue.async([watched, done] { done->set_value(!watched.expired()); });
+    }
+    EXPECT_TRUE(log.contains(QStringLiteral("the last changes take too long to write")));
+    gate->set_value();
+    EXPECT_TRUE(done->get_future().get());
+}
+
+TEST_F(SerialWorkQueueTest, HandingOverDoesNotWaitForWorkThatHangs)
 {
     std::promise<void> gate;
     std::promise<void> last;
-    SerialWorkQueue queue(label);
+    SerialWorkQueue queue(label, log);
     queue.async([&gate] { gate.get_future().wait(); });
     queue.async([&last] { last.set_value(); });
     gate.set_value();
     last.get_future().wait();
 }
 
-TEST(SerialWorkQueue, WorksOnANamedThreadOfItsOwn)
+TEST_F(SerialWorkQueueTest, WorksOnANamedThreadOfItsOwn)
 {
     std::thread::id worker;
     std::array<char, 16> name{};
     {
-        SerialWorkQueue queue(label);
+        SerialWorkQueue queue(label, log);
         queue.async([&] {
             worker = std::this_thread::get_id();
             pthread_getname_np(pthread_self(), name.data(), name.size());
@@ -81,9 +105,9 @@ TEST(SerialWorkQueue, WorksOnANamedThreadOfItsOwn)
     EXPECT_STREQ(name.data(), ".Corvandi.store");
 }
 
-TEST(SerialWorkQueue, DropsWhatWorkHoldsOnceItIsDone)
+TEST_F(SerialWorkQueueTest, DropsWhatWorkHoldsOnceItIsDone)
 {
-    SerialWorkQueue queue(label);
+    SerialWorkQueue queue(label, log);
     auto held = std::make_shared<int>(1);
     const std::weak_ptr<int> watched = held;
     std::promise<void> next;
@@ -93,9 +117,9 @@ TEST(SerialWorkQueue, DropsWhatWorkHoldsOnceItIsDone)
     EXPECT_TRUE(watched.expired());
 }
 
-TEST(SerialWorkQueue, WithoutWorkItJustEnds)
+TEST_F(SerialWorkQueueTest, WithoutWorkItJustEnds)
 {
-    EXPECT_NO_THROW(SerialWorkQueue{label});
+    EXPECT_NO_THROW((SerialWorkQueue{label, log}));
 }
 
 } // namespace

@@ -15,12 +15,13 @@ namespace corvandi {
 /// A run of the program, as far as the store goes. At its end everything has been written.
 struct StoreRun {
     StoreRun(const QString& directory, SystemLog& log)
-        : store(directory, files, queue, log, Locale(QStringLiteral("en-US")))
+        : queue(QStringLiteral("store test"), log)
+        , store(directory, files, queue, log, Locale(QStringLiteral("en-US")))
     {
     }
 
     PosixFileSystem files;
-    SerialWorkQueue queue{QStringLiteral("store test")};
+    SerialWorkQueue queue;
     Store store;
 };
 

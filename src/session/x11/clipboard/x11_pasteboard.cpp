@@ -42,10 +42,10 @@ namespace {
 /// Whether this window was made on Qt's connection to the server: the upper bits of its number tell.
 bool isQtWindow(xcb_window_t window)
 {
-    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11 || window == XCB_WINDOW_NONE)
+    xcb_connection_t* connection = toolkitConnection();
+    if (!connection || window == XCB_WINDOW_NONE)
         return false;
-    const xcb_setup_t* setup = xcb_get_setup(x11->connection());
+    const xcb_setup_t* setup = xcb_get_setup(connection);
     return (window & ~setup->resource_id_mask) == setup->resource_id_base;
 }
 
@@ -140,29 +140,27 @@ void X11Pasteboard::workLater()
 {
     if (std::exchange(isWorkScheduled_, true))
         return;
-    queue_.async([this, alive = std::weak_ptr(alive_)] {
-        if (alive.expired())
-            return;
+    queue_.async(life_.guard([this] {
         isWorkScheduled_ = false;
         work();
-    });
+    }));
 }
 
 void X11Pasteboard::work()
 {
     // A resumed coroutine may let go of this object.
-    const std::weak_ptr<bool> alive = alive_;
+    const auto life = life_.watch();
     while (!arrivals_.empty()) {
         const Arrival arrival = std::move(arrivals_.front());
         arrivals_.pop_front();
         dispatch(arrival);
-        if (alive.expired())
+        if (life.expired())
             return;
     }
     for (const auto& reader : activeReaders()) {
         if (reader->hasPieceToRead())
             reader->readPiece();
-        if (alive.expired())
+        if (life.expired())
             return;
     }
     const auto active = activeReaders();

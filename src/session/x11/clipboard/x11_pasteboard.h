@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/main_queue.h"
+#include "base/worker.h"
 #include "ports/pasteboard.h"
 #include "session/x11/clipboard/selection_reader.h"
 #include "session/x11/xcb_connection.h"
@@ -88,7 +88,7 @@ private:
     std::vector<std::weak_ptr<SelectionReader>> readers_;
     /// Ours for as long as Qt's clipboard keeps it.
     QPointer<ClipboardContent> content_;
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+    Life life_;
 };
 
 } // namespace corvandi

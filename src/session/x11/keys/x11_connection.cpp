@@ -46,6 +46,12 @@ std::optional<X11Connection> X11Connection::open(SystemLog& log)
     return connection;
 }
 
+bool X11Connection::isPossible()
+{
+    X11Connection connection;
+    return connection.isUsable() && !connection.negotiateExtensions();
+}
+
 const char* X11Connection::negotiateExtensions()
 {
     for (xcb_extension_t* extension : {&xcb_input_id, &xcb_xkb_id, &xcb_test_id})
@@ -75,11 +81,6 @@ X11EventPump::X11EventPump(const X11Connection& connection, Handler handler, std
     drainSoon();
 }
 
-X11EventPump::~X11EventPump()
-{
-    *alive_ = false;
-}
-
 void X11EventPump::drainSoon()
 {
     QMetaObject::invokeMethod(
@@ -90,10 +91,10 @@ void X11EventPump::drain()
 {
     if (!notifier_.isEnabled())
         return;
-    const std::shared_ptr<bool> alive = alive_;
+    const auto life = life_.watch();
     while (const auto event = owned(xcb_poll_for_event(connection_.get()))) {
         handler_(*event);
-        if (!*alive)
+        if (life.expired())
             return;
     }
     if (!connection_.isUsable()) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/worker.h"
 #include "ports/system_log.h"
 #include "session/x11/xcb_connection.h"
 
@@ -7,7 +8,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
 
 namespace corvandi {
@@ -18,6 +18,8 @@ class X11Connection : public XcbConnection {
 public:
     /// Nothing when there is no server or an extension is missing; the log says which.
     [[nodiscard]] static std::optional<X11Connection> open(SystemLog& log);
+    /// Whether there is a server with all extensions: waits for a connection and a few round trips.
+    [[nodiscard]] static bool isPossible();
 
     [[nodiscard]] uint8_t xinputOpcode() const { return xinputOpcode_; }
     [[nodiscard]] uint8_t xinputFirstEvent() const { return xinputFirstEvent_; }
@@ -44,7 +46,6 @@ public:
     /// `connection` must outlive the pump. `lost` is called once if the connection breaks; nothing is
     /// called after that.
     X11EventPump(const X11Connection& connection, Handler handler, std::function<void()> lost);
-    ~X11EventPump();
 
     X11EventPump(const X11EventPump&) = delete;
     X11EventPump& operator=(const X11EventPump&) = delete;
@@ -60,7 +61,7 @@ private:
     Handler handler_;
     std::function<void()> lost_;
     QSocketNotifier notifier_;
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+    Life life_;
 };
 
 } // namespace corvandi

@@ -58,7 +58,7 @@ public:
         const TypingConditions conditions{
             state->group, static_cast<uint8_t>(state->locked & x11_mask::numLock), chordToAvoid()};
         const auto characters = typedCharacters(text.toStdU16String());
-        keymap = bearing(characters, std::move(*keymap), conditions);
+        keymap = keymapFor(characters, std::move(*keymap), conditions);
         if (!keymap)
             return nullptr;
         lastTyping_ = std::chrono::steady_clock::now();
@@ -88,9 +88,9 @@ private:
         return watched_.chord;
     }
 
-    /// `present`, changed on the server if it has to be; nothing when it can't bear all characters.
-    [[nodiscard]] std::optional<Keymap> bearing(const std::u32string& characters, Keymap present,
-                                                const TypingConditions& conditions)
+    /// `present`, changed on the server if it has to be; nothing when it can't hold all characters.
+    [[nodiscard]] std::optional<Keymap> keymapFor(const std::u32string& characters, Keymap present,
+                                                  const TypingConditions& conditions)
     {
         spareKeys_.reconcile(present);
         const auto missing = CharacterMap(present, conditions).missing(characters);

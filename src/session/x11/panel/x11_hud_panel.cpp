@@ -1,62 +1,37 @@
 #include "session/x11/panel/x11_hud_panel.h"
 
+#include "session/x11/xcb_connection.h"
+
 #include <QEasingCurve>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWidget>
 
-#include <xcb/xcb.h>
-
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
-#include <string_view>
 
 namespace corvandi {
-namespace {
-
-struct FreeReply {
-    void operator()(void* reply) const { std::free(reply); }
-};
-template<class Reply>
-using ReplyPtr = std::unique_ptr<Reply, FreeReply>;
-
-// A compositor owns the selection of this name; the number is that of the X screen, of which today's
-// servers have one.
-constexpr std::string_view compositorSelection = "_NET_WM_CM_S0";
-
-xcb_connection_t* serverConnection()
-{
-    const auto* x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    return x11 ? x11->connection() : nullptr;
-}
-
-} // namespace
 
 bool isCompositorRunning()
 {
-    xcb_connection_t* server = serverConnection();
-    if (!server)
+    xcb_connection_t* connection = toolkitConnection();
+    if (!connection)
         return false;
-    const auto atomRequest =
-        xcb_intern_atom(server, 0, compositorSelection.size(), compositorSelection.data());
-    const ReplyPtr<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(server, atomRequest, nullptr));
-    if (!atom)
-        return false;
-    const auto ownerRequest = xcb_get_selection_owner(server, atom->atom);
-    const ReplyPtr<xcb_get_selection_owner_reply_t> owner(
-        xcb_get_selection_owner_reply(server, ownerRequest, nullptr));
-    return owner && owner->owner != XCB_NONE;
+    // A compositor owns the selection of this name; the number is that of the X screen, of which today's
+    // servers have one.
+    const xcb_atom_t selection = atomOf(connection, "_NET_WM_CM_S0");
+    const auto owner =
+        replyOf(connection, xcb_get_selection_owner_reply, xcb_get_selection_owner(connection, selection));
+    return owner && owner->owner != XCB_WINDOW_NONE;
 }
 
 void keepPictureInTheMiddle(QWidget& window)
 {
-    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11)
+    xcb_connection_t* connection = toolkitConnection();
+    if (!connection)
         return;
     const uint32_t gravity = XCB_GRAVITY_CENTER;
     const auto id = static_cast<xcb_window_t>(window.winId());
-    xcb_change_window_attributes(x11->connection(), id, XCB_CW_BIT_GRAVITY, &gravity);
+    xcb_change_window_attributes(connection, id, XCB_CW_BIT_GRAVITY, &gravity);
 }
 
 namespace {

@@ -6,21 +6,13 @@
 #include <QRectF>
 #include <QVariantAnimation>
 
-#pragma once
+class QWidget;
 
 namespace corvandi {
 
 /// Whether the X11 desktop of the application can show translucency now. Two round trips to the X
 /// server; false where there is none. Thread: main thread only.
 [[nodiscard]] bool isCompositorRunning();
-
-} // namespace corvandi
-
-#pragma once
-
-class QWidget;
-
-namespace corvandi {
 
 /// Has the X server keep the picture in the middle of the window when that is resized, until the window
 /// draws itself anew: without this, a window that grows or shrinks on both sides shows its old picture in
