@@ -11,6 +11,8 @@ class FakeEventTapFactory : public EventTapFactory {
 public:
     bool refusesTaps = false;
     bool refusesNewChords = false;
+    /// The chord that another program has.
+    std::optional<KeyChord> heldByAnother;
     int created = 0;
     bool tapEnabled = false;
     int enableCalls = 0;
@@ -20,7 +22,7 @@ public:
     [[nodiscard]] std::unique_ptr<EventTap> create(const KeyChord& chord,
                                                    EventTap::Callback callback) override
     {
-        if (refusesTaps)
+        if (refusesTaps || chord == heldByAnother)
             return nullptr;
         ++created;
         watched = chord;
@@ -28,10 +30,14 @@ public:
         return std::make_unique<Tap>(*this);
     }
 
-    /// Sends an event through the tap; what no tap sees is passed.
+    /// Sends an event through the tap; what no tap sees is passed. A tap that watches something sees all
+    /// keys, and also hears that it was switched off.
     TapVerdict send(KeyEventType type, int64_t keyCode, uint64_t flags)
     {
-        return callback_ ? callback_({type, keyCode, flags}) : TapVerdict::pass;
+        const bool tellsOfDisabling =
+            type == KeyEventType::tapDisabledByTimeout || type == KeyEventType::tapDisabledByUserInput;
+        const bool isSeen = watched && (tapEnabled || tellsOfDisabling);
+        return isSeen ? callback_({type, keyCode, flags}) : TapVerdict::pass;
     }
     TapVerdict keyDown(int64_t keyCode, uint64_t flags)
     {
@@ -51,6 +57,7 @@ private:
         {
             owner_.callback_ = nullptr;
             owner_.watched.reset();
+            owner_.tapEnabled = false;
         }
         void setEnabled(bool enabled) override
         {
@@ -59,7 +66,7 @@ private:
         }
         bool watch(const KeyChord& chord) override
         {
-            if (owner_.refusesNewChords) {
+            if (owner_.refusesNewChords || chord == owner_.heldByAnother) {
                 owner_.watched.reset();
                 return false;
             }

@@ -41,6 +41,7 @@ private:
             : records_(records)
         {
         }
+        ~Panel() override { records_.isVisible = false; }
         [[nodiscard]] std::optional<PanelRect> mainScreenVisibleFrame() const override
         {
             return records_.screen;

@@ -2,6 +2,7 @@
 
 #include "ports/keyboard.h"
 
+#include <utility>
 #include <vector>
 
 namespace corvandi::testing {
@@ -33,17 +34,21 @@ public:
         if (keysAreFree)
             callback();
         else
-            waiting_ = std::move(callback);
+            waiting_.emplace_back(waiter.get(), std::move(callback));
         return waiter;
     }
 
-    [[nodiscard]] bool isAwaited() const { return waiting_ != nullptr; }
+    [[nodiscard]] bool isAwaited() const { return !waiting_.empty(); }
     /// The last modifier goes up.
     void freeKeys()
     {
         keysAreFree = true;
-        if (const auto callback = std::exchange(waiting_, nullptr))
+        // A callback may end the waiting of others.
+        while (!waiting_.empty()) {
+            const auto callback = std::move(waiting_.front().second);
+            waiting_.erase(waiting_.begin());
             callback();
+        }
     }
     /// The text of all key-downs together.
     [[nodiscard]] QString typed() const
@@ -90,13 +95,17 @@ private:
             : owner_(owner)
         {
         }
-        ~Waiter() override { owner_.waiting_ = nullptr; }
+        ~Waiter() override
+        {
+            std::erase_if(owner_.waiting_, [this](const auto& waiting) { return waiting.first == this; });
+        }
 
     private:
         FakeKeyboard& owner_;
     };
 
-    std::function<void()> waiting_;
+    /// In the order in which they came.
+    std::vector<std::pair<const Registration*, std::function<void()>>> waiting_;
 };
 
 } // namespace corvandi::testing

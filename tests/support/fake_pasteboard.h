@@ -10,6 +10,8 @@ namespace corvandi::testing {
 class FakePasteboard : public Pasteboard {
 public:
     bool acceptsText = true;
+    /// Whether the program that has the clipboard gives what it holds.
+    bool ownerAnswers = true;
     std::map<QString, QString> content;
     int64_t changes = 0;
     /// The number of times the text was asked for.
@@ -18,16 +20,16 @@ public:
     [[nodiscard]] QCoro::Task<std::optional<QString>> string() override
     {
         ++reads;
-        co_return text();
+        co_return ownerAnswers ? text() : std::nullopt;
     }
     void clearContents() override
     {
-        content.clear();
-        ++changes;
+        takeOverFromOutside({});
+        isOwner_ = true;
     }
     bool setString(const QString& value, const QString& type) override
     {
-        if (!acceptsText && type == pasteboard_type::string)
+        if (!isOwner_ || (!acceptsText && type == pasteboard_type::string))
             return false;
         content[type] = value;
         return true;
@@ -41,11 +43,18 @@ public:
     }
     [[nodiscard]] bool isConcealed() const { return content.count(pasteboard_type::concealed) == 1; }
     /// Somebody else copies `text`.
-    void copyFromOutside(const QString& text)
+    void copyFromOutside(const QString& text) { takeOverFromOutside({{pasteboard_type::string, text}}); }
+    /// Somebody else takes the clipboard over with these forms.
+    void takeOverFromOutside(std::map<QString, QString> forms)
     {
-        content = {{pasteboard_type::string, text}};
+        content = std::move(forms);
         ++changes;
+        isOwner_ = false;
+        ownerAnswers = true;
     }
+
+private:
+    bool isOwner_ = false;
 };
 
 } // namespace corvandi::testing

@@ -60,13 +60,6 @@ std::chrono::microseconds leastStallOfSome(Work work)
 
 } // namespace
 
-TEST_F(PasteboardTest, TextOfAnotherProgramIsRead)
-{
-    Peer owner({text("own"), text("UTF8_STRING"), sample});
-    ASSERT_TRUE(owner.isReady());
-    EXPECT_EQ(readNow(), sample);
-}
-
 TEST_F(PasteboardTest, AnEmptyTextCountsAsNone)
 {
     Peer owner({text("own"), text("UTF8_STRING"), text("")});

@@ -72,16 +72,6 @@ TEST_P(X11EventTapTest, AKeyWithoutMeaningIsPlayedSoThatAltIsNoLoneTap)
     EXPECT_THAT(witness.takePresses(), ElementsAre(key::leftAlt, *keymap->neutralKey()));
 }
 
-TEST_P(X11EventTapTest, OtherKeysPassWhileTheChordIsHeld)
-{
-    install();
-    keyboard.press(key::leftAlt);
-    keyboard.press(key::space);
-    ASSERT_TRUE(hears(KeyEventType::keyDown));
-    keyboard.strike(key::a);
-    EXPECT_THAT(witness.takePresses(), Contains(key::a));
-}
-
 /// Keys that repeat soon and fast.
 class X11EventTapRepeatTest : public X11EventTapTest {
 protected:
@@ -132,23 +122,6 @@ TEST_P(X11EventTapRepeatTest, WhereItMustRepeatTheRepeatsAreSwallowedToo)
     runFor(50ms);
     EXPECT_EQ(count(KeyEventType::keyUp), 1);
     EXPECT_THAT(witness.takePresses(), ElementsAre(key::leftAlt));
-}
-
-TEST_P(X11EventTapTest, AModifierThatGoesFirstIsReportedAndSoIsTheKeysRelease)
-{
-    install();
-    keyboard.press(key::leftAlt);
-    keyboard.press(key::space);
-    ASSERT_TRUE(hears(KeyEventType::keyDown));
-    events.clear();
-
-    keyboard.release(key::leftAlt);
-    ASSERT_TRUE(hears(KeyEventType::flagsChanged));
-    EXPECT_EQ(events.back().flags & modifier_flags::option, 0U);
-    EXPECT_EQ(count(KeyEventType::keyUp), 0);
-
-    keyboard.release(key::space);
-    EXPECT_TRUE(hears(KeyEventType::keyUp));
 }
 
 TEST_P(X11EventTapTest, FurtherModifiersAndLocksDoNotPreventAMatch)
@@ -271,15 +244,6 @@ TEST_P(X11EventTapTest, ATapThatIsOffLeavesTheChordToOthers)
     EXPECT_TRUE(strikeIsHeard(keyboard, key::leftAlt, key::space));
 }
 
-TEST_P(X11EventTapTest, ADestroyedTapGivesTheChordBack)
-{
-    install();
-    tap.reset();
-    keyboard.press(key::leftAlt);
-    keyboard.strike(key::space);
-    EXPECT_THAT(witness.takePresses(), Contains(key::space));
-}
-
 class X11EventTapRefusalTest : public TapFixture {};
 
 TEST_F(X11EventTapRefusalTest, AChordThatAProgramOfTheSameKindHoldsIsRefusedByName)
@@ -287,20 +251,6 @@ TEST_F(X11EventTapRefusalTest, AChordThatAProgramOfTheSameKindHoldsIsRefusedByNa
     install();
     EXPECT_EQ(create(optionSpace), nullptr);
     EXPECT_TRUE(log.contains(QStringLiteral("another program holds the hotkey Option+key 49")));
-}
-
-TEST_F(X11EventTapRefusalTest, AfterARefusedChangeNothingIsWatched)
-{
-    install();
-    const auto other = create(controlF6);
-    ASSERT_NE(other, nullptr);
-    other->setEnabled(true);
-    EXPECT_FALSE(other->watch(optionSpace));
-
-    TestKeyboard keyboard(TestKeyboard::Kind::synthetic);
-    keyboard.press(key::leftControl);
-    keyboard.strike(key::f6);
-    EXPECT_THAT(witness.takePresses(), Contains(key::f6));
 }
 
 TEST_F(X11EventTapRefusalTest, AGrabOnTheMasterKeyboardDoesNotHinder)

@@ -344,12 +344,6 @@ protected:
     int calls = 0;
 };
 
-TEST_F(X11KeyboardFreeKeysTest, FreeKeysAreReportedAtOnce)
-{
-    const auto registration = wait();
-    EXPECT_EQ(calls, 1);
-}
-
 TEST_F(X11KeyboardFreeKeysTest, LocksAndOrdinaryKeysDoNotCount)
 {
     person.strike(key::numLock);
@@ -359,40 +353,6 @@ TEST_F(X11KeyboardFreeKeysTest, LocksAndOrdinaryKeysDoNotCount)
     EXPECT_EQ(calls, 1);
     person.strike(key::numLock);
     person.strike(key::capsLock);
-}
-
-TEST_F(X11KeyboardFreeKeysTest, HeldKeysAreWaitedForUntilTheLastOneIsUp)
-{
-    for (const uint8_t modifier : {key::leftShift, key::leftControl, key::leftAlt, key::leftSuper}) {
-        calls = 0;
-        person.press(modifier);
-        person.press(key::leftShift);
-        const auto registration = wait();
-        runFor(20ms);
-        EXPECT_EQ(calls, 0);
-        person.release(modifier);
-        if (modifier != key::leftShift) {
-            runFor(20ms);
-            EXPECT_EQ(calls, 0);
-        }
-        person.release(key::leftShift);
-        EXPECT_TRUE(waitUntil([this] { return calls == 1; }));
-        person.strike(key::leftShift);
-        runFor(20ms);
-        EXPECT_EQ(calls, 1);
-    }
-}
-
-TEST_F(X11KeyboardFreeKeysTest, ARegistrationThatIsTakenBackIsNotCalled)
-{
-    person.press(key::leftAlt);
-    auto registration = wait();
-    auto other = wait();
-    registration.reset();
-    person.release(key::leftAlt);
-    EXPECT_TRUE(waitUntil([this] { return calls == 1; }));
-    runFor(20ms);
-    EXPECT_EQ(calls, 1);
 }
 
 TEST(X11KeyboardWithoutServerTest, NoSourceIsMadeAndNobodyWaits)

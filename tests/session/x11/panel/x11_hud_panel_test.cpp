@@ -73,10 +73,6 @@ protected:
     {
         return run(QStringLiteral("xwininfo -id %1 %2").arg(view.winId()).arg(option));
     }
-    [[nodiscard]] static QString focusedWindow()
-    {
-        return run(QStringLiteral("xdotool getwindowfocus")).trimmed();
-    }
     void keepScreenshot(const QString& name)
     {
         const QString desktop = QStringLiteral("%1_%2").arg(qEnvironmentVariable("TEST_WINDOW_MANAGER"),
@@ -165,29 +161,6 @@ TEST_F(X11HUDPanelTest, FollowsAChangeOfTheThemeWhileItIsShown)
     view.setPalette(QPalette(QColor(40, 40, 44)));
     EXPECT_TRUE(waitUntil([this] { return screenColorAt(inPill({8, 23})).lightness() < 80; }));
     keepScreenshot(QStringLiteral("dark"));
-}
-
-TEST_F(X11HUDPanelTest, TheFocusStaysInTheOtherWindow)
-{
-    const QString before = focusedWindow();
-    ASSERT_EQ(before, QString::number(underlay.winId()));
-    for (int round = 0; round < 3; ++round) {
-        present();
-        EXPECT_EQ(focusedWindow(), before);
-        EXPECT_TRUE(underlay.isActiveWindow());
-        panel.orderOut();
-        ASSERT_TRUE(waitUntil([this] { return isGone(); }));
-        EXPECT_EQ(focusedWindow(), before);
-    }
-}
-
-TEST_F(X11HUDPanelTest, ClicksGoToTheWindowBeneath)
-{
-    present();
-    const QPoint middle = view.geometry().center();
-    run(QStringLiteral("xdotool mousemove %1 %2 click 1").arg(middle.x()).arg(middle.y()));
-    EXPECT_TRUE(waitUntil([this] { return underlay.clicks == 1; }));
-    EXPECT_EQ(focusedWindow(), QString::number(underlay.winId()));
 }
 
 TEST_F(X11HUDPanelTest, IsInNoTaskListAndLeftAloneByTheWindowManager)
@@ -288,16 +261,6 @@ TEST_F(X11HUDPanelTest, FadesInWithACompositorAndIsSimplyThereWithoutOne)
     }
 }
 
-TEST_F(X11HUDPanelTest, SettingTheAlphaEndsAFade)
-{
-    present();
-    panel.fadeTo(0, 1s);
-    runFor(50ms);
-    panel.setAlpha(1);
-    runFor(100ms);
-    EXPECT_EQ(view.windowOpacity(), 1);
-}
-
 TEST_F(X11HUDPanelTest, NothingRunsWhileItIsOrderedOut)
 {
     present();
@@ -312,20 +275,6 @@ TEST_F(X11HUDPanelTest, NothingRunsWhileItIsOrderedOut)
     EXPECT_TRUE(dispatcher->registeredTimers(&view).isEmpty());
     for (QObject* child : view.children())
         EXPECT_TRUE(dispatcher->registeredTimers(child).isEmpty());
-}
-
-TEST_F(X11HUDPanelTest, OrderingOutDuringTheFadeLeavesNothingBehind)
-{
-    panel.setFrame({490, 646, 300, 64});
-    panel.setAlpha(0);
-    panel.orderFront();
-    panel.fadeTo(1, 140ms);
-    runFor(30ms);
-    panel.orderOut();
-    runFor(200ms);
-    EXPECT_TRUE(isGone());
-    present();
-    EXPECT_TRUE(waitUntil([this] { return view.windowOpacity() == 1; }));
 }
 
 TEST_F(X11HUDPanelTest, FollowsAScreenOfAnotherSize)
