@@ -1,4 +1,5 @@
-#include "session/session.h"
+#include "session/find_window_system.h"
+
 #include "session/x11/x11_desktop_session.h"
 #include "session/x11/xcb_connection.h"
 
