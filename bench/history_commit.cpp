@@ -111,7 +111,7 @@ private:
     QTemporaryDir folder_;
     LinuxSystemLog log_;
     PosixFileSystem files_;
-    SerialWorkQueue queue_{QStringLiteral("history bench")};
+    SerialWorkQueue queue_{QStringLiteral("history bench"), log_};
 };
 
 bool addsInTime(const char* name, const QString& sentence)

@@ -147,7 +147,7 @@ private:
     QTemporaryDir folder_;
     LinuxSystemLog log_;
     PosixFileSystem files_;
-    SerialWorkQueue queue_{QStringLiteral("settings bench")};
+    SerialWorkQueue queue_{QStringLiteral("settings bench"), log_};
 };
 
 QByteArray historyFile(int count, const QString& text)

@@ -26,7 +26,7 @@ void copy(Pasteboard& pasteboard, const QString& text)
 SettingsPanes::SettingsPanes(Facilities& facilities, Settings& settings, PermissionsModel& permissions,
                              DictationController& controller)
     : loginItem_(AutostartFolders::fromEnvironment(), QCoreApplication::applicationFilePath(),
-                 facilities.files)
+                 *facilities.files)
     , catalog_(facilities.session->applicationDirectory(), facilities.session->workspace(), Locale::current())
     , general_({settings, facilities.languageModel, loginItem_, facilities.systemSettings, facilities.log})
     , recorder_(settings, facilities.session->keyCapture(), facilities.queue,
