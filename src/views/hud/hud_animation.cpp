@@ -1,5 +1,8 @@
 #include "views/hud/hud_animation.h"
 
+#include <QEasingCurve>
+#include <QPointF>
+
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -7,30 +10,12 @@
 namespace corvandi {
 namespace {
 
-/// One coordinate of a cubic Bézier curve from 0 to 1 with these control values.
-qreal bezier(qreal first, qreal second, qreal t)
+/// The curve from (0, 0) to (1, 1) with these control points.
+QEasingCurve cubicBezier(QPointF first, QPointF second)
 {
-    const qreal rest = 1 - t;
-    return 3 * rest * rest * t * first + 3 * rest * t * t * second + t * t * t;
-}
-
-/// Halvings of the interval in the search for a curve's parameter: exact to a millionth.
-constexpr int halvings = 20;
-
-/// The height of the curve with the control points (firstX, firstY) and (secondX, secondY) above `x`. Control
-/// values within 0...1 make its x grow with its parameter. A QEasingCurve of these points is off by up to
-/// 0.0003.
-qreal curveAt(qreal firstX, qreal firstY, qreal secondX, qreal secondY, qreal x)
-{
-    if (x <= 0 || x >= 1)
-        return std::clamp(x, 0.0, 1.0);
-    qreal low = 0;
-    qreal high = 1;
-    for (int i = 0; i < halvings; ++i) {
-        const qreal middle = (low + high) / 2;
-        (bezier(firstX, secondX, middle) < x ? low : high) = middle;
-    }
-    return bezier(firstY, secondY, (low + high) / 2);
+    QEasingCurve curve(QEasingCurve::BezierSpline);
+    curve.addCubicBezierSegment(first, second, {1, 1});
+    return curve;
 }
 
 } // namespace
@@ -43,12 +28,14 @@ qreal share(AnimationTime time, AnimationTime duration)
 
 qreal easeOut(qreal share)
 {
-    return curveAt(0, 0, 0.58, 1, share);
+    static const QEasingCurve curve = cubicBezier({0, 0}, {0.58, 1});
+    return curve.valueForProgress(share);
 }
 
 qreal easeInOut(qreal share)
 {
-    return curveAt(0.42, 0, 0.58, 1, share);
+    static const QEasingCurve curve = cubicBezier({0.42, 0}, {0.58, 1});
+    return curve.valueForProgress(share);
 }
 
 namespace {
