@@ -1,9 +1,6 @@
 #include "system/accessibility/accessibility_status.h"
 
-#include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
-#include <QDBusVariant>
 
 #include <chrono>
 
@@ -16,7 +13,6 @@ const QString statusInterface = QStringLiteral("org.a11y.Status");
 const QString isEnabledProperty = QStringLiteral("IsEnabled");
 const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
 
-/// The first question may start the service, which takes some 100 ms on a busy machine.
 constexpr std::chrono::milliseconds answerLimit{5000};
 
 QDBusMessage propertyCall(const QString& method, const QVariantList& arguments)
@@ -26,23 +22,29 @@ QDBusMessage propertyCall(const QString& method, const QVariantList& arguments)
     return message;
 }
 
+FollowedValue::Source isEnabledSource()
+{
+    return {
+        .service = serviceName,
+        .path = objectPath,
+        .noticeInterface = propertiesInterface,
+        .notice = QStringLiteral("PropertiesChanged"),
+        .noticeArguments = {statusInterface},
+        .question = propertyCall(QStringLiteral("Get"), {statusInterface, isEnabledProperty}),
+    };
+}
+
 } // namespace
 
 AccessibilityStatus::AccessibilityStatus(QDBusConnection bus, SystemLog& log)
     : bus_(std::move(bus))
     , log_(log)
+    , isEnabled_(bus_, isEnabledSource(),
+                 {.answered = [this](const QDBusPendingReply<QDBusVariant>& answer) { take(answer); },
+                  .ownerChanged = [this] { state_ = State::unknown; }})
 {
-    if (!hasBus()) {
+    if (!hasBus())
         logOnce(QStringLiteral("no session bus, so the accessibility service can't be reached"));
-        return;
-    }
-    // Notices are taken from any sender, for connecting to a named one would wait for the bus; they
-    // only make us ask.
-    bus_.connect({}, objectPath, propertiesInterface, QStringLiteral("PropertiesChanged"), {statusInterface},
-                 {}, this, SLOT(onPropertiesChanged()));
-    bus_.connect({}, {}, QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameOwnerChanged"),
-                 {serviceName}, {}, this, SLOT(onOwnerChanged(QString, QString, QString)));
-    ask();
 }
 
 AccessibilityStatus::State AccessibilityStatus::state() const
@@ -53,7 +55,7 @@ AccessibilityStatus::State AccessibilityStatus::state() const
 void AccessibilityStatus::refresh()
 {
     if (hasBus() && state_ == State::unknown && !isAsking())
-        ask();
+        isEnabled_.ask();
 }
 
 void AccessibilityStatus::enable()
@@ -67,40 +69,12 @@ void AccessibilityStatus::enable()
             log_.write(QStringLiteral("accessibility could not be switched on: ") +
                        watcher->error().message());
         else
-            ask();
+            isEnabled_.ask();
     });
 }
 
-void AccessibilityStatus::onPropertiesChanged()
+void AccessibilityStatus::take(const QDBusPendingReply<QDBusVariant>& reply)
 {
-    ask();
-}
-
-void AccessibilityStatus::onOwnerChanged(const QString& name, const QString& oldOwner,
-                                         const QString& newOwner)
-{
-    Q_UNUSED(name)
-    Q_UNUSED(oldOwner)
-    state_ = State::unknown;
-    if (!newOwner.isEmpty())
-        ask();
-}
-
-void AccessibilityStatus::ask()
-{
-    const auto call = propertyCall(QStringLiteral("Get"), {statusInterface, isEnabledProperty});
-    question_ = new QDBusPendingCallWatcher(bus_.asyncCall(call, answerLimit.count()), this);
-    connect(question_, &QDBusPendingCallWatcher::finished, this,
-            [this](QDBusPendingCallWatcher* question) { take(*question); });
-}
-
-void AccessibilityStatus::take(QDBusPendingCallWatcher& question)
-{
-    question.deleteLater();
-    if (&question != question_)
-        return;
-    question_ = nullptr;
-    const QDBusPendingReply<QDBusVariant> reply = question;
     if (reply.isError()) {
         state_ = State::unknown;
         logOnce(QStringLiteral("the accessibility service does not answer: ") + reply.error().message());

@@ -1,11 +1,10 @@
 #pragma once
 
 #include "ports/system_log.h"
+#include "system/bus/followed_value.h"
 
 #include <QDBusConnection>
 #include <QObject>
-
-class QDBusPendingCallWatcher;
 
 namespace corvandi {
 
@@ -28,7 +27,7 @@ public:
 
     [[nodiscard]] State state() const;
     /// A question is under way; `answered` will follow.
-    [[nodiscard]] bool isAsking() const { return question_ != nullptr; }
+    [[nodiscard]] bool isAsking() const { return isEnabled_.isAsking(); }
     [[nodiscard]] bool hasBus() const { return bus_.isConnected(); }
     /// Asks again when the state is unknown and no question is under way.
     void refresh();
@@ -39,21 +38,15 @@ Q_SIGNALS:
     /// A question has been answered, or has failed.
     void answered();
 
-private Q_SLOTS:
-    void onPropertiesChanged();
-    void onOwnerChanged(const QString& name, const QString& oldOwner, const QString& newOwner);
-
 private:
-    void ask();
-    void take(QDBusPendingCallWatcher& question);
+    void take(const QDBusPendingReply<QDBusVariant>& answer);
     void logOnce(const QString& problem);
 
     QDBusConnection bus_;
     SystemLog& log_;
     State state_ = State::unknown;
-    /// The latest question; answers to older ones don't count. Owned by this object.
-    QDBusPendingCallWatcher* question_ = nullptr;
     QString lastProblem_;
+    FollowedValue isEnabled_;
 };
 
 } // namespace corvandi

@@ -1,11 +1,6 @@
 #include "system/desktop/portal_appearance.h"
 
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
-#include <QDBusVariant>
-
-#include <chrono>
+#include <utility>
 
 namespace corvandi {
 namespace {
@@ -15,9 +10,6 @@ const QString objectPath = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString settingsInterface = QStringLiteral("org.freedesktop.portal.Settings");
 const QString appearanceGroup = QStringLiteral("org.freedesktop.appearance");
 const QString colorSchemeKey = QStringLiteral("color-scheme");
-
-/// The first question may start the portal and the desktop's part behind it.
-constexpr std::chrono::milliseconds answerLimit{5000};
 
 /// `Read` wraps the value into a variant, some portals into two.
 QVariant unwrapped(QVariant value)
@@ -39,6 +31,21 @@ ColorScheme schemeFrom(const QVariant& value)
     }
 }
 
+FollowedValue::Source colorSchemeSetting()
+{
+    auto question =
+        QDBusMessage::createMethodCall(serviceName, objectPath, settingsInterface, QStringLiteral("Read"));
+    question.setArguments({appearanceGroup, colorSchemeKey});
+    return {
+        .service = serviceName,
+        .path = objectPath,
+        .noticeInterface = settingsInterface,
+        .notice = QStringLiteral("SettingChanged"),
+        .noticeArguments = {appearanceGroup, colorSchemeKey},
+        .question = std::move(question),
+    };
+}
+
 class SignalRegistration : public Registration {
 public:
     explicit SignalRegistration(QMetaObject::Connection connection)
@@ -54,18 +61,10 @@ private:
 } // namespace
 
 PortalAppearance::PortalAppearance(QDBusConnection bus, SystemLog& log)
-    : bus_(std::move(bus))
-    , log_(log)
+    : log_(log)
+    , setting_(std::move(bus), colorSchemeSetting(),
+               {.answered = [this](const QDBusPendingReply<QDBusVariant>& answer) { take(answer); }})
 {
-    if (!bus_.isConnected())
-        return;
-    // Notices are taken from any sender, for connecting to a named one would wait for the bus; they
-    // only make us ask.
-    bus_.connect({}, objectPath, settingsInterface, QStringLiteral("SettingChanged"), {appearanceGroup}, {},
-                 this, SLOT(onSettingChanged(QString, QString)));
-    bus_.connect({}, {}, QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameOwnerChanged"),
-                 {serviceName}, {}, this, SLOT(onOwnerChanged(QString, QString, QString)));
-    ask();
 }
 
 std::unique_ptr<Registration> PortalAppearance::onChange(std::function<void()> callback)
@@ -74,37 +73,8 @@ std::unique_ptr<Registration> PortalAppearance::onChange(std::function<void()> c
         connect(this, &PortalAppearance::changed, this, std::move(callback)));
 }
 
-void PortalAppearance::onSettingChanged(const QString& group, const QString& key)
+void PortalAppearance::take(const QDBusPendingReply<QDBusVariant>& reply)
 {
-    if (group == appearanceGroup && key == colorSchemeKey)
-        ask();
-}
-
-void PortalAppearance::onOwnerChanged(const QString& name, const QString& oldOwner, const QString& newOwner)
-{
-    Q_UNUSED(name)
-    Q_UNUSED(oldOwner)
-    if (!newOwner.isEmpty())
-        ask();
-}
-
-void PortalAppearance::ask()
-{
-    auto call =
-        QDBusMessage::createMethodCall(serviceName, objectPath, settingsInterface, QStringLiteral("Read"));
-    call.setArguments({appearanceGroup, colorSchemeKey});
-    question_ = new QDBusPendingCallWatcher(bus_.asyncCall(call, answerLimit.count()), this);
-    connect(question_, &QDBusPendingCallWatcher::finished, this,
-            [this](QDBusPendingCallWatcher* question) { take(*question); });
-}
-
-void PortalAppearance::take(QDBusPendingCallWatcher& question)
-{
-    question.deleteLater();
-    if (&question != question_)
-        return;
-    question_ = nullptr;
-    const QDBusPendingReply<QDBusVariant> reply = question;
     if (reply.isError()) {
         // Many desktops have no portal, or one without this setting: that is no trouble to tell of.
         if (reply.error().type() == QDBusError::NoReply)

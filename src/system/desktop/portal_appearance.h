@@ -2,11 +2,9 @@
 
 #include "ports/appearance.h"
 #include "ports/system_log.h"
+#include "system/bus/followed_value.h"
 
-#include <QDBusConnection>
 #include <QObject>
-
-class QDBusPendingCallWatcher;
 
 namespace corvandi {
 
@@ -30,19 +28,12 @@ public:
 Q_SIGNALS:
     void changed();
 
-private Q_SLOTS:
-    void onSettingChanged(const QString& group, const QString& key);
-    void onOwnerChanged(const QString& name, const QString& oldOwner, const QString& newOwner);
-
 private:
-    void ask();
-    void take(QDBusPendingCallWatcher& question);
+    void take(const QDBusPendingReply<QDBusVariant>& answer);
 
-    QDBusConnection bus_;
     SystemLog& log_;
     ColorScheme scheme_ = ColorScheme::noPreference;
-    /// The latest question; answers to older ones don't count. Owned by this object.
-    QDBusPendingCallWatcher* question_ = nullptr;
+    FollowedValue setting_;
 };
 
 } // namespace corvandi
