@@ -19,7 +19,8 @@ namespace corvandi {
 /// when a program of the same kind has it.
 ///
 /// Nothing ever waits for this process: when it is killed or exits, the server takes the claim back; when
-/// it is stopped, a matched key-down holds its own keyboard until the key is released, at the longest.
+/// it is stopped, a matched key-down holds its own keyboard until the key is released, at the longest, and
+/// what is struck on that keyboard meanwhile reaches nobody.
 ///
 /// X server gone: the log says so once, and the tap is silent from then on.
 class X11EventTapFactory : public EventTapFactory {
