@@ -33,7 +33,7 @@ ColorScheme schemeFrom(const QVariant& value)
 
 FollowedValue::Source colorSchemeSetting()
 {
-    auto question =
+    QDBusMessage question =
         QDBusMessage::createMethodCall(serviceName, objectPath, settingsInterface, QStringLiteral("Read"));
     question.setArguments({appearanceGroup, colorSchemeKey});
     return {
@@ -42,7 +42,7 @@ FollowedValue::Source colorSchemeSetting()
         .noticeInterface = settingsInterface,
         .notice = QStringLiteral("SettingChanged"),
         .noticeArguments = {appearanceGroup, colorSchemeKey},
-        .question = std::move(question),
+        .question = question,
     };
 }
 
