@@ -38,6 +38,10 @@ public:
         pointers_.push_back(nullptr);
     }
 
+    // It points into itself.
+    Arguments(const Arguments&) = delete;
+    Arguments& operator=(const Arguments&) = delete;
+
     [[nodiscard]] int& count() { return count_; }
     [[nodiscard]] char** values() { return pointers_.data(); }
 

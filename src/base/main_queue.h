@@ -4,8 +4,6 @@
 #include <functional>
 #include <memory>
 
-#pragma once
-
 namespace corvandi {
 
 /// Something that was registered somewhere. Destroying it takes the registration back; its callback

@@ -176,9 +176,6 @@ TEST(JsonReading, NothingButTheCanonicalFormIsAUuid)
             << text;
 }
 
-} // namespace
-namespace {
-
 template<class T>
 QByteArray written(const T& value)
 {

@@ -5,8 +5,6 @@
 
 #include <vector>
 
-#pragma once
-
 namespace corvandi {
 
 /// The faces of the HUD.

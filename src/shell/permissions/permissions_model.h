@@ -5,8 +5,6 @@
 
 #include <QObject>
 
-#pragma once
-
 namespace corvandi {
 
 /// Whether the system allows something to this program.

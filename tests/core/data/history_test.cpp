@@ -79,9 +79,6 @@ TEST(History, AnAddedEntryThatCanNotBeEncodedFailsWhenItIsEncoded)
     EXPECT_THROW(History(folding, {entry("three", std::numeric_limits<double>::infinity())}), Error);
 }
 
-} // namespace
-namespace {
-
 using testing::historyBytes;
 
 const QUuid firstId = QUuid::fromString(QStringLiteral("0123abcd-4567-89ef-abcd-ef0123456789"));

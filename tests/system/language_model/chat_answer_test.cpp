@@ -72,9 +72,6 @@ TEST_F(EventStreamTest, WhatWaitsForItsEndIsCounted)
     EXPECT_EQ(stream.waitingBytes(), 0);
 }
 
-} // namespace
-namespace {
-
 QString rest(const char* answer)
 {
     return withoutReasoning(QString::fromUtf8(answer));
@@ -112,9 +109,6 @@ TEST(ReasoningTest, TagsWithinTheTextBelongToIt)
     EXPECT_EQ(rest("The tags <think> and </think>."), QStringLiteral("The tags <think> and </think>."));
     EXPECT_EQ(rest("<think>a</think>The tag </think>."), QStringLiteral("The tag </think>."));
 }
-
-} // namespace
-namespace {
 
 QByteArray piece(const QByteArray& text)
 {

@@ -29,9 +29,6 @@ TEST(ChatRequestTest, HalfACharacterIsNoObstacle)
     EXPECT_TRUE(nlohmann::json::accept(body.toStdString()));
 }
 
-} // namespace
-namespace {
-
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Optional;
@@ -86,9 +83,6 @@ TEST(ModelListTest, ANamedModelThatIsMissingIsNotReplaced)
 {
     EXPECT_EQ(chooseModel({small, large}, QStringLiteral("other")), std::nullopt);
 }
-
-} // namespace
-namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;

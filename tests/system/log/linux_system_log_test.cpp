@@ -98,9 +98,6 @@ TEST(SyslogSocket, APathThatIsTooLongForASocketHarmsNothing)
     SUCCEED();
 }
 
-} // namespace
-namespace {
-
 using namespace std::chrono_literals;
 using testing::LogDaemon;
 using testing::Pipe;
@@ -194,9 +191,6 @@ TEST(LinuxSystemLog, LinesOfSeveralThreadsStayWhole)
     for (const QByteArray& line : lines)
         ASSERT_EQ(line, "Corvandi: " + QByteArray(60, line.back()));
 }
-
-} // namespace
-namespace {
 
 using testing::RecordingLog;
 

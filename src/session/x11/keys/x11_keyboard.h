@@ -7,8 +7,6 @@
 #include <functional>
 #include <memory>
 
-#pragma once
-
 namespace corvandi {
 
 /// What an application takes for "paste".

@@ -19,9 +19,6 @@ TEST(Compositor, IsRunningOrNotAsTheDesktopHasOne)
     EXPECT_EQ(isCompositorRunning(), testing::hasCompositor());
 }
 
-} // namespace
-namespace {
-
 using namespace std::chrono_literals;
 using testing::run;
 using testing::runFor;
