@@ -45,7 +45,8 @@ std::unique_ptr<HUDContent> makeHUDContent(HUDModel& model)
 Facilities::Facilities(SystemLog& theLog, const WindowSystem& windowSystem)
     : log(theLog)
     , storeQueue(QStringLiteral("io.corvandi.Corvandi.store"), log, files)
-    , session(windowSystem.openSession({queue, log, makeHUDContent}))
+    , toldLock(queue, QDBusConnection::sessionBus())
+    , session(windowSystem.openSession({queue, log, toldLock, makeHUDContent}))
     , appearance(QDBusConnection::sessionBus(), log)
     , accessibility(log, session->canWatchAndPostKeys(),
                     {.ask =

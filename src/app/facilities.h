@@ -8,6 +8,7 @@
 #include "system/audio/pulse_capture_authorization.h"
 #include "system/audio/pulse_server.h"
 #include "system/audio/speex_audio_converter.h"
+#include "system/desktop/bus_session_lock.h"
 #include "system/desktop/desktop_system_settings.h"
 #include "system/desktop/portal_appearance.h"
 #include "system/files/posix_file_system.h"
@@ -35,6 +36,7 @@ struct Facilities {
     SystemWallClock wallClock;
     std::shared_ptr<PosixFileSystem> files = std::make_shared<PosixFileSystem>();
     SerialWorkQueue storeQueue;
+    BusSessionLock toldLock;
     std::unique_ptr<DesktopSession> session;
     PortalAppearance appearance;
     /// One thing to tell, and one to ask, at a time.

@@ -8,6 +8,7 @@
 #include "ports/key_capture.h"
 #include "ports/keyboard.h"
 #include "ports/pasteboard.h"
+#include "ports/session_lock.h"
 #include "ports/system_log.h"
 #include "ports/window_tray.h"
 #include "ports/workspace.h"
@@ -39,6 +40,8 @@ public:
     [[nodiscard]] virtual ApplicationDirectory& applicationDirectory() = 0;
     [[nodiscard]] virtual HUDPanelFactory& hudPanelFactory() = 0;
     [[nodiscard]] virtual WindowTray& windowTray() = 0;
+    /// Knows what the desktop tells of the lock, and what can be seen of lockers that tell nobody.
+    [[nodiscard]] virtual SessionLock& sessionLock() = 0;
     /// Brings a window of this program that is shown to the front and gives it the keyboard. To be called
     /// only after the user has asked for the window. Does not wait.
     virtual void bringToFront(const QWidget& window) = 0;
@@ -48,6 +51,8 @@ public:
 struct SessionNeeds {
     MainQueue& queue;
     SystemLog& log;
+    /// What the desktop tells of the lock, whatever its window system is.
+    SessionLock& toldLock;
     HUDContentFactory makeHUDContent;
 };
 

@@ -31,6 +31,7 @@ X11DesktopSession::X11DesktopSession(SessionNeeds needs)
     , keyCapture_(needs.log)
     , pasteboard_(needs.queue)
     , hudPanelFactory_(std::move(needs.makeHUDContent))
+    , sessionLock_(needs.queue, needs.toldLock)
 {
     if (!canWatchAndPostKeys_)
         needs.log.write(QStringLiteral(

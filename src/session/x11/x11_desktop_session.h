@@ -8,6 +8,7 @@
 #include "session/x11/keys/x11_keyboard.h"
 #include "session/x11/panel/x11_hud_panel.h"
 #include "session/x11/windows/x11_application_directory.h"
+#include "session/x11/windows/x11_session_lock.h"
 #include "session/x11/windows/x11_workspace.h"
 #include "session/x11/windows/xembed_tray.h"
 
@@ -31,6 +32,7 @@ public:
     [[nodiscard]] ApplicationDirectory& applicationDirectory() override;
     [[nodiscard]] HUDPanelFactory& hudPanelFactory() override { return hudPanelFactory_; }
     [[nodiscard]] WindowTray& windowTray() override { return windowTray_; }
+    [[nodiscard]] SessionLock& sessionLock() override { return sessionLock_; }
     void bringToFront(const QWidget& window) override;
 
 private:
@@ -45,6 +47,7 @@ private:
     X11Pasteboard pasteboard_;
     X11HUDPanelFactory hudPanelFactory_;
     XEmbedTray windowTray_;
+    X11SessionLock sessionLock_;
 };
 
 } // namespace corvandi

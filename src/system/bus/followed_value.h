@@ -2,6 +2,7 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusPendingCall>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
 #include <QObject>
@@ -14,7 +15,7 @@ class QDBusPendingCallWatcher;
 
 namespace corvandi {
 
-/// One value that a service on the session bus tells when asked, followed: it is asked for again when the
+/// One value that a service on a bus tells when asked, followed: it is asked for again when the
 /// service sends its notice of changes and when it gets another owner.
 ///
 /// Nothing here waits. A question that is not answered within five seconds has failed. Without a bus nothing
@@ -25,6 +26,7 @@ class FollowedValue : public QObject {
 public:
     struct Source {
         QString service;
+        /// Of the notices; empty when they come from any.
         QString path;
         /// The signal that tells of changes, and what its first arguments must be to concern the value.
         QString noticeInterface;
@@ -35,7 +37,7 @@ public:
     };
     struct Callbacks {
         /// The latest question has been answered, or has failed; answers to older ones don't count.
-        std::function<void(const QDBusPendingReply<QDBusVariant>&)> answered;
+        std::function<void(const QDBusPendingCall&)> answered;
         /// The service has ended, or another program has become it, which is asked next.
         std::function<void()> ownerChanged = [] {};
     };
