@@ -32,7 +32,7 @@ public:
 
     /// In the order in which the window manager lists them, one entry per window or process.
     [[nodiscard]] virtual std::vector<RunningApplication> runningApplications() = 0;
-    /// Those that a menu would show, in no particular order.
+    /// Those that a menu would show and that have windows of their own, in no particular order.
     [[nodiscard]] virtual std::vector<InstalledApplication> installedApplications() = 0;
     /// The icon of an installed application; nothing when it is not installed or has none.
     [[nodiscard]] virtual std::optional<QString> iconOf(const QString& bundleID) = 0;

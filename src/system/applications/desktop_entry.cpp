@@ -129,6 +129,8 @@ std::optional<DesktopEntry> parseDesktopEntry(const QString& id, const QByteArra
             entry.mimeTypes = listItems(value);
         else if (key == "NoDisplay")
             entry.noDisplay = isTrue;
+        else if (key == "Terminal")
+            entry.runsInTerminal = isTrue;
         else if (key == "Hidden")
             entry.hidden = isTrue;
     });

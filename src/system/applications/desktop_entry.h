@@ -52,6 +52,8 @@ struct DesktopEntry {
     QStringList notShownIn;
     /// Not offered in menus: a helper or a second entry of something else.
     bool noDisplay = false;
+    /// Its windows are those of a terminal, so it is never the frontmost application itself.
+    bool runsInTerminal = false;
     /// Stands for "there is no such application", whatever folders of less precedence hold.
     bool hidden = false;
     /// The required program is not there. Not a matter of the file's content.

@@ -45,7 +45,7 @@ std::vector<InstalledApplication> X11ApplicationDirectory::installedApplications
     const DesktopIndex& index = applications_.index();
     std::vector<InstalledApplication> installed;
     for (const DesktopEntry& entry : index.entries()) {
-        if (entry.isInMenu(desktops_) && !entry.name.isEmpty())
+        if (entry.isInMenu(desktops_) && !entry.runsInTerminal && !entry.name.isEmpty())
             installed.push_back({identifierOf(entry, index), entry.name, entry.icon});
     }
     return installed;

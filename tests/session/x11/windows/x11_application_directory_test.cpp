@@ -111,6 +111,14 @@ protected:
 
 } // namespace
 
+TEST_F(X11ApplicationDirectoryTest, AProgramThatRunsInATerminalIsNotOfferedSinceItsWindowIsTheTerminals)
+{
+    install("org.example.Windows", "Name=Windows\nExec=windows\nTerminal=false\n");
+    install("org.example.Lines", "Name=Lines\nExec=lines\nTerminal=true\n");
+    ASSERT_TRUE(hasRead(2));
+    EXPECT_EQ(installedIds(), QStringList{text("org.example.Windows")});
+}
+
 TEST_F(X11ApplicationDirectoryTest, AProgramWithoutADesktopFileIsListedByItsExecutableWithoutAName)
 {
     const Peer peer;
