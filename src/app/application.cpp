@@ -23,6 +23,7 @@
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QEventLoop>
 
 #include <optional>
 
@@ -124,8 +125,12 @@ Application::Application(SystemLog& log, const WindowSystem& windowSystem)
 Application::~Application()
 {
     AppDelegate& delegate = *objects_->delegate;
-    if (delegate.hasController())
-        delegate.controller().shutDown();
+    if (!delegate.hasController())
+        return;
+    const QCoro::Task<> ending = delegate.controller().shutDown();
+    // Not an event loop of its own: one that the toolkit was told to quit does not run.
+    while (!ending.isReady())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
 void Application::start()

@@ -15,6 +15,7 @@ class Application {
 public:
     /// `log` outlives the program.
     Application(SystemLog& log, const WindowSystem& windowSystem);
+    /// Brings a dictation to its end, for which events are handled meanwhile, within a second.
     ~Application();
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;

@@ -16,12 +16,6 @@ QString translated(const char* text)
     return QCoreApplication::translate("Application", text);
 }
 
-/// Beside what other applications of the user keep; independent of this program's own name for Qt.
-QString storeDirectory()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QLatin1String("/Corvandi");
-}
-
 void askForAccessibility(NoticePresenter& questions, const AtSpiAccessibilityClient::Answer& answer)
 {
     const Question question{
@@ -41,6 +35,12 @@ std::unique_ptr<HUDContent> makeHUDContent(HUDModel& model)
 }
 
 } // namespace
+
+/// Beside what other applications of the user keep; independent of this program's own name for Qt.
+QString storeDirectory()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QLatin1String("/Corvandi");
+}
 
 Facilities::Facilities(SystemLog& theLog, const WindowSystem& windowSystem)
     : log(theLog)
@@ -79,6 +79,7 @@ Platform Facilities::forDictation()
         .accessibility = accessibility,
         .focusedElements = focus,
         .workspace = session->workspace(),
+        .sessionLock = session->sessionLock(),
         .audioInput = audioInput,
         .audioConverterFactory = audioConverterFactory,
         .captureAuthorization = captureAuthorization,

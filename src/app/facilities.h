@@ -21,6 +21,9 @@
 
 namespace corvandi {
 
+/// Where history and vocabulary live.
+[[nodiscard]] QString storeDirectory();
+
 /// The facilities of a Linux desktop, one of each, in the order of creation; destroyed in the reverse one.
 struct Facilities {
     Facilities(SystemLog& theLog, const WindowSystem& windowSystem);

@@ -1,4 +1,5 @@
 #include "app/application.h"
+#include "app/facilities.h"
 #include "app/refused_session.h"
 #include "session/find_window_system.h"
 #include "system/log/linux_system_log.h"
@@ -69,9 +70,21 @@ int run(LinuxSystemLog& log, TerminationSignals& signals, const WindowSystem& wi
         log.write(QStringLiteral("already running; this second instance ends"));
         return EXIT_SUCCESS;
     }
+    // After the role: the first instance of this session holds both.
+    const FolderClaim claim(log, storeDirectory());
+    if (!claim.isGranted()) {
+        log.write(QStringLiteral("another session of this user runs Corvandi; this one can't"));
+        const RefusedSession refused(
+            QCoreApplication::translate("Application", "Corvandi is running in another session of yours"),
+            log);
+        return QApplication::exec();
+    }
     application.emplace(log, windowSystem);
     application->start();
-    return QApplication::exec();
+    const int result = QApplication::exec();
+    // Before the locks are given up: a dictation comes to its end here, and what waits is written.
+    application.reset();
+    return result;
 }
 
 /// Where there is a desktop, it must not look as if the program had never been started.

@@ -2,6 +2,7 @@
 
 #include "ports/pasteboard.h"
 
+#include <functional>
 #include <map>
 
 namespace corvandi::testing {
@@ -16,10 +17,14 @@ public:
     int64_t changes = 0;
     /// The number of times the text was asked for.
     int reads = 0;
+    /// Runs while somebody waits for the text.
+    std::function<void()> onRead;
 
     [[nodiscard]] QCoro::Task<std::optional<QString>> string() override
     {
         ++reads;
+        if (onRead)
+            onRead();
         co_return ownerAnswers ? text() : std::nullopt;
     }
     void clearContents() override

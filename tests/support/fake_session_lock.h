@@ -11,7 +11,15 @@ namespace corvandi::testing {
 /// A session that the test locks.
 class FakeSessionLock : public SessionLock {
 public:
-    [[nodiscard]] bool isLocked() const override { return isLocked_; }
+    /// Runs whenever somebody asks.
+    std::function<void()> onAsk;
+
+    [[nodiscard]] bool isLocked() const override
+    {
+        if (onAsk)
+            onAsk();
+        return isLocked_;
+    }
     [[nodiscard]] std::unique_ptr<Registration> onChange(std::function<void()> callback) override
     {
         return std::make_unique<Entry>(entries_, std::move(callback));

@@ -125,7 +125,7 @@ void VirtualQueue::advance(Duration time)
         now_ = std::max(now_, due->first.first);
         due->second.work();
     }
-    now_ = end;
+    now_ = std::max(now_, end);
 }
 
 size_t VirtualQueue::timerCount() const

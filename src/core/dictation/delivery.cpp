@@ -5,6 +5,10 @@
 #include "core/text/unicode.h"
 
 #include <QCoreApplication>
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <utility>
 
 namespace corvandi {
 namespace {
@@ -18,10 +22,34 @@ constexpr MainQueue::Duration hideAfterInsertion = 150ms;
 constexpr MainQueue::Duration freshFocusLimit = 50ms;
 /// How long an insertion waits for fingers that still hold a modifier.
 constexpr MainQueue::Duration freeKeysLimit = 2s;
+/// How long the typing of a text may keep the program from its end.
+constexpr MainQueue::Duration typingAtEndLimit = 300ms;
 
 QString translated(const char* text)
 {
     return QCoreApplication::translate("DictationController", text);
+}
+
+/// Whoever makes several times as many characters of a text has not rewritten it, but answered it or gone
+/// astray.
+bool isAnswerTooLong(const QString& answer, const QString& text)
+{
+    constexpr qsizetype mostGrowth = 3;
+    /// A few words may well become a sentence.
+    constexpr qsizetype alwaysAllowed = 40;
+    return characterCount(answer) > std::max(alwaysAllowed, mostGrowth * characterCount(text));
+}
+
+/// In a terminal each line break runs a command: where nobody dictated one there is none.
+QString withoutNewLineBreaks(const QString& answer, const QString& text)
+{
+    static const QRegularExpression lineBreaks(
+        QStringLiteral("\\s*[\\n\\r\\v\\f\\x{85}\\x{2028}\\x{2029}]\\s*"),
+        QRegularExpression::UseUnicodePropertiesOption);
+    if (text.contains(lineBreaks))
+        return answer;
+    QString oneLine = answer;
+    return oneLine.replace(lineBreaks, QStringLiteral(" "));
 }
 
 } // namespace
@@ -36,28 +64,41 @@ QCoro::Task<> DictationController::deliver(std::optional<Transcript> result, Tar
         showTransient(translated("Transcription timed out."), HUDState::error);
         co_return;
     }
+    undelivered_ = result->text;
+    isUndeliveredInHistory_ = false;
+    co_await deliverTranscript(*result, std::move(target));
+    undelivered_.reset();
+}
+
+QCoro::Task<> DictationController::deliverTranscript(Transcript transcript, Target target)
+{
     const bool rewriteWanted = co_await isRewriteWanted();
-    QString text = cleaned(result->text, target, rewriteWanted);
+    QString text = cleaned(transcript.text, target, rewriteWanted);
     if (trimmedOfSpacesAndTabs(text).isEmpty()) {
-        showTransient(result->failed ? translated("Transcription failed.") : translated("Didn't catch that."),
+        showTransient(transcript.failed ? translated("Transcription failed.")
+                                        : translated("Didn't catch that."),
                       HUDState::error);
         co_return;
     }
+    undelivered_ = text;
     co_await waitForFreshFocus();
-    const FocusTarget focus = focusInspector_.currentTarget();
+    FocusTarget focus = focusInspector_.currentTarget();
     if (focus == FocusTarget::secure) {
         showTransient(translated("Dictation isn't available in password fields."), HUDState::notice);
         co_return;
     }
-    if (rewriteWanted && !result->failed)
+    if (rewriteWanted && !transcript.failed) {
         text = co_await rewritten(text);
-    if (settings_.saveHistory())
-        store_.addHistory(text, platform_.wallClock.now());
-    if (result->failed) {
-        deliverPartialText(text);
-        co_return;
+        undelivered_ = text;
+        // That has taken its time, in which the focus may have moved.
+        co_await waitForFreshFocus();
+        focus = focusInspector_.currentTarget();
     }
-    co_await deliverText(text, std::move(target), focus);
+    keepInHistory(text);
+    if (transcript.failed)
+        deliverPartialText(text);
+    else
+        co_await deliverText(text, std::move(target), focus);
 }
 
 QCoro::Task<bool> DictationController::isRewriteWanted()
@@ -66,9 +107,10 @@ QCoro::Task<bool> DictationController::isRewriteWanted()
         co_return false;
     // Known already, as a rule: the release has asked.
     const OneShot<Done> known;
+    const std::stop_callback atEnd(ending_.get_token(), [known] { known.complete({}); });
     const auto look = platform_.languageModel.refreshAvailability([known] { known.complete({}); });
     co_await known;
-    co_return !Rewriter::caption(platform_.languageModel.availability());
+    co_return !ending_.stop_requested() && !Rewriter::caption(platform_.languageModel.availability());
 }
 
 QString DictationController::cleaned(const QString& transcript, const Target& target, bool rewriteWanted)
@@ -87,6 +129,7 @@ QString DictationController::cleaned(const QString& transcript, const Target& ta
 QCoro::Task<> DictationController::waitForFreshFocus()
 {
     const OneShot<Done> fresh;
+    const std::stop_callback atEnd(ending_.get_token(), [fresh] { fresh.complete({}); });
     const auto reading = platform_.focusedElements.refresh([fresh] { fresh.complete({}); });
     const auto limit = platform_.queue.after(freshFocusLimit, [fresh] { fresh.complete({}); });
     co_await fresh;
@@ -95,8 +138,11 @@ QCoro::Task<> DictationController::waitForFreshFocus()
 QCoro::Task<QString> DictationController::rewritten(QString text)
 {
     showProcessing(translated("Polishing"));
-    std::optional<QString> better = co_await rewriter_.rewrite(text);
-    co_return better ? withValidSurrogates(*better) : text;
+    std::optional<QString> better = co_await rewriter_.rewrite(text, ending_.get_token());
+    if (!better)
+        co_return text;
+    const QString kept = withoutNewLineBreaks(withValidSurrogates(*better), text);
+    co_return isAnswerTooLong(kept, text) ? text : kept;
 }
 
 QCoro::Task<> DictationController::deliverText(QString text, Target target, FocusTarget focus)
@@ -104,7 +150,7 @@ QCoro::Task<> DictationController::deliverText(QString text, Target target, Focu
     // Before the look at the frontmost application: with Alt still held the user may be about to
     // switch to another one.
     co_await waitForFreeKeys();
-    if (currentTargetBundleID() != target) {
+    if (ending_.stop_requested() || currentTargetBundleID() != target) {
         fallBackToClipboard(text);
         co_return;
     }
@@ -114,16 +160,49 @@ QCoro::Task<> DictationController::deliverText(QString text, Target target, Focu
         fallBackToClipboard(text);
         co_return;
     }
-    const bool inserted = co_await injector_.insert(text, settings_.insertion());
-    if (!inserted) {
-        fallBackToClipboard(text);
+    co_await insert(std::move(text), std::move(target));
+}
+
+QCoro::Task<> DictationController::insert(QString text, Target target)
+{
+    const PostingGate gate = [this, target] { return mayPost(target); };
+    const Insertion insertion = co_await injector_.insert(text, settings_.insertion(), gate);
+    if (insertion.outcome != Insertion::Outcome::inserted) {
+        undelivered_ = insertion.rest;
+        fallBackToClipboard(insertion.rest);
         co_return;
     }
     const auto elapsed = platform_.queue.now() - released_;
     platform_.log.write(QStringLiteral("text inserted %1ms after the release")
                             .arg(std::chrono::duration_cast<std::chrono::milliseconds>(elapsed).count()));
-    if (!isDictating_)
+    if (maySpeak())
         hud_.hide(hideAfterInsertion);
+}
+
+/// Keys go to whatever has the focus at that moment, and the user's hands don't rest meanwhile.
+bool DictationController::mayPost(const Target& target) const
+{
+    // A long text whose typing the end of the program has met.
+    if (ending_.stop_requested() && platform_.queue.now() - endingSince_ > typingAtEndLimit)
+        return false;
+    return !platform_.sessionLock.isLocked() && currentTargetBundleID() == target &&
+           focusInspector_.currentTarget() != FocusTarget::secure;
+}
+
+void DictationController::keepInHistory(const QString& text)
+{
+    if (settings_.saveHistory() && !std::exchange(isUndeliveredInHistory_, true))
+        store_.addHistory(text, platform_.wallClock.now());
+}
+
+/// What is left to do for a text when its delivery can't go on.
+void DictationController::saveUndelivered()
+{
+    const std::optional<QString> text = std::exchange(undelivered_, std::nullopt);
+    if (!text || trimmedOfSpacesAndTabs(*text).isEmpty())
+        return;
+    keepInHistory(*text);
+    fallBackToClipboard(*text);
 }
 
 QCoro::Task<> DictationController::waitForFreeKeys()
@@ -133,6 +212,7 @@ QCoro::Task<> DictationController::waitForFreeKeys()
         co_return;
     keysAreFree_ = OneShot<Done>();
     const OneShot<Done> free = keysAreFree_;
+    const std::stop_callback atEnd(ending_.get_token(), [free] { free.complete({}); });
     const auto registration = platform_.keyboard.whenKeysAreFree([free] { free.complete({}); });
     const auto limit = platform_.queue.after(freeKeysLimit, [free] { free.complete({}); });
     co_await free;
@@ -166,17 +246,29 @@ void DictationController::fallBackToClipboard(const QString& text)
         showTransient(translated("Couldn't copy to the clipboard."), HUDState::error);
 }
 
+/// A newer dictation has the HUD. On a locked screen, and at the end of the program, it is nobody's: it
+/// leaves.
+bool DictationController::maySpeak()
+{
+    if (isDictating_)
+        return false;
+    if (!ending_.stop_requested() && !platform_.sessionLock.isLocked())
+        return true;
+    hud_.hide(0s);
+    return false;
+}
+
 void DictationController::showTransient(const QString& message, HUDState state)
 {
     platform_.log.write(message);
-    if (!isDictating_)
+    if (maySpeak())
         hud_.showTransient(message, state);
 }
 
 void DictationController::showProcessing(const QString& message)
 {
     platform_.log.write(message);
-    if (!isDictating_)
+    if (maySpeak())
         hud_.showProcessing(message);
 }
 

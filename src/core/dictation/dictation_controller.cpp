@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 
 #include <limits>
+#include <utility>
 
 namespace corvandi {
 namespace {
@@ -36,6 +37,8 @@ QString describe(const std::exception_ptr& error)
         std::rethrow_exception(error);
     } catch (const std::exception& exception) {
         return corvandi::describe(exception);
+    } catch (...) {
+        return QStringLiteral("unknown error");
     }
 }
 
@@ -45,7 +48,7 @@ bool isUnsupportedLocale(const std::exception_ptr& error)
         std::rethrow_exception(error);
     } catch (const SpeechError& speechError) {
         return speechError.kind() == SpeechError::Kind::localeUnsupported;
-    } catch (const std::exception&) {
+    } catch (...) {
         return false;
     }
 }
@@ -93,6 +96,18 @@ void DictationController::wireCallbacks()
     };
 }
 
+/// Whoever locks the session has left the keyboard, perhaps with the key still held.
+void DictationController::endWhenLocked()
+{
+    lockWatch_ = platform_.sessionLock.onChange([weak = weak_from_this()] {
+        const auto self = weak.lock();
+        if (!self || !self->platform_.sessionLock.isLocked())
+            return;
+        self->hud_.hide(0s);
+        self->endDictation();
+    });
+}
+
 void DictationController::receiveLevel(float level)
 {
     if (awaitedFirstAudio_) {
@@ -105,8 +120,12 @@ void DictationController::receiveLevel(float level)
 
 void DictationController::beginDictation()
 {
-    if (isDictating_)
+    if (isDictating_ || ending_.stop_requested())
         return;
+    if (platform_.sessionLock.isLocked()) {
+        platform_.log.write(QStringLiteral("the session is locked; the hotkey was not heeded"));
+        return;
+    }
     const AuthorizationStatus microphone = platform_.captureAuthorization.status();
     if (microphone != AuthorizationStatus::notDetermined && microphone != AuthorizationStatus::authorized) {
         showTransient(translated("Enable microphone access in System Settings."), HUDState::error);
@@ -120,6 +139,7 @@ void DictationController::beginDictation()
     targetBundleID_ = currentTargetBundleID();
     recordingStart_ = platform_.queue.now();
     hud_.showRecording();
+    endWhenLocked();
     startTask_ = std::make_shared<QCoro::Task<>>(runStart(weak_from_this(), platform_.queue, sessionTask_));
     // The hand is on the hotkey again: an insertion that waits for it to leave would wait for long. Last,
     // since that insertion goes on inside this call.
@@ -162,6 +182,7 @@ void DictationController::endDictation()
     if (!isDictating_)
         return;
     isDictating_ = false;
+    lockWatch_.reset();
     released_ = platform_.queue.now();
     const bool isTooShort = !recordingStart_ || released_ - *recordingStart_ < minimumPress;
     recordingStart_.reset();
@@ -183,20 +204,39 @@ QCoro::Task<> DictationController::runSession(Self weak, MainQueue& queue, TaskH
     const auto self = weak.lock();
     if (!self)
         co_return;
+    try {
+        co_await self->finishSession(started, std::move(target));
+    } catch (...) {
+        // Whatever it was: the next dictation, which waits for this one, must not meet it.
+        self->handleSessionFailure(std::current_exception());
+    }
+}
+
+QCoro::Task<> DictationController::finishSession(TaskHandle start, Target target)
+{
     std::exception_ptr failure;
     try {
-        co_await self->stopCapture(started);
+        co_await stopCapture(std::move(start));
     } catch (...) {
         failure = std::current_exception();
     }
     if (failure) {
-        self->handleStartFailure(failure);
-        co_await self->discardTranscript();
+        handleStartFailure(failure);
+        co_await discardTranscript();
         co_return;
     }
-    self->showProcessing(translated("Transcribing"));
-    std::optional<Transcript> result = co_await self->finishWithTimeout();
-    co_await self->deliver(std::move(result), std::move(target));
+    showProcessing(translated("Transcribing"));
+    std::optional<Transcript> result = co_await finishWithTimeout();
+    co_await deliver(std::move(result), std::move(target));
+}
+
+void DictationController::handleSessionFailure(const std::exception_ptr& error)
+{
+    platform_.log.write(QStringLiteral("the dictation broke off: ") + describe(error));
+    if (undelivered_)
+        saveUndelivered();
+    else
+        showTransient(translated("Transcription failed."), HUDState::error);
 }
 
 void DictationController::cancelDictation(TaskHandle start)
@@ -215,7 +255,7 @@ QCoro::Task<> DictationController::runCancel(Self weak, MainQueue& queue, TaskHa
         co_return;
     try {
         co_await self->stopCapture(started);
-    } catch (const std::exception&) {
+    } catch (...) {
         // Too short to be worth a message.
     }
     co_await self->discardTranscript();
@@ -290,10 +330,16 @@ void DictationController::applyHotkey()
                            (settings_.hotkeyOption() ? modifier_flags::option : 0) +
                            (settings_.hotkeyShift() ? modifier_flags::shift : 0) +
                            (settings_.hotkeyControl() ? modifier_flags::control : 0);
-    if (hotkey_.setChord({static_cast<uint16_t>(keyCode), flags}))
+    if (hotkey_.setChord({static_cast<uint16_t>(keyCode), flags})) {
+        // One that waits for another chord to become free may get this one at once.
+        if (permissionTimer_)
+            activateHotkey();
         return;
-    // The tap watches nothing any more: begin afresh, and again until the platform gives the chord.
+    }
+    // The tap watches nothing any more, not even the release of a key that is held: begin afresh, and again
+    // until the platform gives the chord.
     hotkey_.stop();
+    endDictation();
     noticeHotkey();
     waitForAccessibilityThenStartHotkey();
 }
@@ -326,13 +372,18 @@ void DictationController::waitForAccessibilityThenStartHotkey()
 {
     permissionTimer_ = platform_.queue.every(permissionPollInterval, [weak = weak_from_this()] {
         const auto self = weak.lock();
-        if (!self || !self->platform_.accessibility.isProcessTrusted(TrustPrompt::silent))
-            return;
-        if (!self->tryStartingHotkey())
-            return;
-        self->permissionTimer_.reset();
-        self->platform_.log.write(QStringLiteral("global hotkey activated"));
+        if (self && self->platform_.accessibility.isProcessTrusted(TrustPrompt::silent))
+            self->activateHotkey();
     });
+}
+
+/// The end of the wait, if it is over.
+void DictationController::activateHotkey()
+{
+    if (!tryStartingHotkey())
+        return;
+    permissionTimer_.reset();
+    platform_.log.write(QStringLiteral("global hotkey activated"));
 }
 
 void DictationController::prepareModel()
@@ -368,10 +419,31 @@ std::optional<QString> DictationController::currentTargetBundleID() const
     return frontmost;
 }
 
-void DictationController::shutDown()
+QCoro::Task<> DictationController::shutDown()
 {
+    const auto self = shared_from_this();
     hotkey_.stop();
-    injector_.finishNow();
+    permissionTimer_.reset();
+    endDictation();
+    hud_.hide(0s);
+    endingSince_ = platform_.queue.now();
+    injector_.hurry();
+    ending_.request_stop();
+    const OneShot<Done> over;
+    const auto limit = platform_.queue.after(endLimit, [over] { over.complete({}); });
+    const QCoro::Task<> ending = runEnd(self, over);
+    co_await over;
+    saveUndelivered();
+    injector_.returnClipboard();
+}
+
+QCoro::Task<> DictationController::runEnd(std::shared_ptr<DictationController> self, OneShot<Done> over)
+{
+    const TaskHandle session = self->sessionTask_;
+    if (session)
+        co_await *session;
+    co_await self->injector_.clipboardReturned();
+    over.complete({});
 }
 
 } // namespace corvandi

@@ -21,6 +21,7 @@
 #include <memory>
 #include <optional>
 #include <set>
+#include <stop_token>
 #include <variant>
 
 namespace corvandi {
@@ -87,8 +88,14 @@ public:
     /// Checks every two seconds whether the process is trusted, without asking anybody, and then starts
     /// the hotkey.
     void waitForAccessibilityThenStartHotkey();
-    /// Puts in order what a dictation has borrowed, before the program ends.
-    void shutDown();
+    /// Brings everything to its end before the program ends. A key that is held counts as released now; a
+    /// transcript that is being made is waited for, a rewrite is given up, and a text that is not on its way
+    /// into the application yet goes into the history (if it is kept) and onto the clipboard. What a
+    /// dictation has borrowed is given back. Ends within `endLimit`, whatever hangs. To be called once; no
+    /// press is accepted after it.
+    [[nodiscard]] QCoro::Task<> shutDown();
+
+    static constexpr MainQueue::Duration endLimit = std::chrono::milliseconds(800);
 
     /// Runs when `isHotkeyActive` has changed.
     std::function<void()> onHotkeyActiveChange;
@@ -110,31 +117,42 @@ private:
     // Press and release.
     void wireCallbacks();
     [[nodiscard]] bool tryStartingHotkey();
+    void activateHotkey();
     void noticeHotkey() const;
     void receiveLevel(float level);
+    void endWhenLocked();
     void cancelDictation(TaskHandle start);
     static QCoro::Task<> runStart(Self weak, MainQueue& queue, TaskHandle previousSession);
     static QCoro::Task<> runSession(Self weak, MainQueue& queue, TaskHandle start, Target target);
     static QCoro::Task<> runCancel(Self weak, MainQueue& queue, TaskHandle start);
     static QCoro::Task<> runPreparation(Self weak, MainQueue& queue);
+    static QCoro::Task<> runEnd(std::shared_ptr<DictationController> self, OneShot<Done> over);
+    [[nodiscard]] QCoro::Task<> finishSession(TaskHandle start, Target target);
     [[nodiscard]] QCoro::Task<> startTranscriber();
     [[nodiscard]] QCoro::Task<> stopCapture(TaskHandle start);
     [[nodiscard]] QCoro::Task<std::optional<Transcript>> finishWithTimeout();
     [[nodiscard]] QCoro::Task<> discardTranscript();
     void handleStartFailure(const std::exception_ptr& error);
     void handleFailureWithoutModel(const std::exception_ptr& error);
+    void handleSessionFailure(const std::exception_ptr& error);
 
     // Delivery.
     [[nodiscard]] QCoro::Task<> deliver(std::optional<Transcript> result, Target target);
+    [[nodiscard]] QCoro::Task<> deliverTranscript(Transcript transcript, Target target);
     [[nodiscard]] QCoro::Task<bool> isRewriteWanted();
     [[nodiscard]] QString cleaned(const QString& transcript, const Target& target, bool rewriteWanted);
     [[nodiscard]] QCoro::Task<> waitForFreshFocus();
     [[nodiscard]] QCoro::Task<QString> rewritten(QString text);
     [[nodiscard]] QCoro::Task<> deliverText(QString text, Target target, FocusTarget focus);
+    [[nodiscard]] QCoro::Task<> insert(QString text, Target target);
     [[nodiscard]] QCoro::Task<> waitForFreeKeys();
+    [[nodiscard]] bool mayPost(const Target& target) const;
+    void keepInHistory(const QString& text);
     void deliverPartialText(const QString& text);
     void fallBackToClipboard(const QString& text);
+    void saveUndelivered();
     [[nodiscard]] bool copyConcealed(const QString& text);
+    [[nodiscard]] bool maySpeak();
     void showTransient(const QString& message, HUDState state);
     void showProcessing(const QString& message);
 
@@ -161,6 +179,15 @@ private:
     /// The look at the language model that the latest release has begun.
     std::unique_ptr<Registration> modelLook_;
     Target targetBundleID_;
+    /// While the key is held.
+    std::unique_ptr<Registration> lockWatch_;
+    /// The text that the present delivery has to put somewhere, in the best form that is known.
+    std::optional<QString> undelivered_;
+    bool isUndeliveredInHistory_ = false;
+    /// Asked to stop when the program ends. Every wait of a session ends with it, but those for the recording
+    /// and its transcript, which the end of the program waits for itself.
+    std::stop_source ending_;
+    MainQueue::Duration endingSince_{};
     /// When the present press happened, until the log has its first sound.
     std::optional<MainQueue::Duration> awaitedFirstAudio_;
     MainQueue::Duration released_{};

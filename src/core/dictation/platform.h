@@ -13,6 +13,7 @@
 #include "ports/keyboard.h"
 #include "ports/language_model.h"
 #include "ports/pasteboard.h"
+#include "ports/session_lock.h"
 #include "ports/speech_framework.h"
 #include "ports/system_log.h"
 #include "ports/wall_clock.h"
@@ -37,6 +38,7 @@ struct Platform {
     AccessibilityClient& accessibility;
     FocusedElementMonitor& focusedElements;
     Workspace& workspace;
+    SessionLock& sessionLock;
     AudioInput& audioInput;
     AudioConverterFactory& audioConverterFactory;
     CaptureAuthorization& captureAuthorization;

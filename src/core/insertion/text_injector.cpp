@@ -1,8 +1,7 @@
 #include "core/insertion/text_injector.h"
 
-#include "base/awaitables.h"
-
 #include <algorithm>
+#include <utility>
 
 namespace corvandi {
 namespace {
@@ -66,62 +65,43 @@ TextInjector::TextInjector(Keyboard& keyboard, Pasteboard& pasteboard, MainQueue
 {
 }
 
-QCoro::Task<bool> TextInjector::insert(QString text, InsertionMethod method)
+QCoro::Task<Insertion> TextInjector::insert(QString text, InsertionMethod method, PostingGate mayPost)
 {
+    Insertion result{Insertion::Outcome::failed, text};
     if (text.isEmpty())
-        co_return false;
-    finishTyping();
-    switch (method) {
-    case InsertionMethod::type: {
-        const bool typed = co_await type(text);
-        if (typed)
-            co_return true;
-        const bool pasted = co_await paste(text);
-        co_return pasted;
+        co_return result;
+    const bool typesFirst = method == InsertionMethod::type;
+    for (const bool types : {typesFirst, !typesFirst}) {
+        QCoro::Task<std::optional<Insertion>> attempt = types ? type(text, mayPost) : paste(text, mayPost);
+        const std::optional<Insertion> done = co_await attempt;
+        if (done) {
+            result = *done;
+            break;
+        }
     }
-    case InsertionMethod::paste: {
-        const bool pasted = co_await paste(text);
-        if (pasted)
-            co_return true;
-        const bool typed = co_await type(text);
-        co_return typed;
-    }
-    }
-    co_return false;
+    co_return result;
 }
 
-QCoro::Task<bool> TextInjector::type(QString text)
+QCoro::Task<std::optional<Insertion>> TextInjector::type(QString text, PostingGate mayPost)
 {
-    auto source = keyboard_.createSource(text);
+    const auto source = keyboard_.createSource(text);
     if (!source)
-        co_return false;
-    typing_ = Typing{std::move(source), typingChunks(text.toStdU16String())};
-    bool isPosted = postNextChunk();
-    while (isPosted && typing_) {
-        co_await sleepFor(queue_, turnForOtherWork);
-        isPosted = postNextChunk();
+        co_return std::nullopt;
+    const std::vector<std::u16string> chunks = typingChunks(text.toStdU16String());
+    qsizetype posted = 0;
+    for (const std::u16string& chunk : chunks) {
+        if (posted > 0 && !isHurried_)
+            co_await sleepFor(queue_, turnForOtherWork);
+        if (!mayPost()) {
+            const Insertion stopped{Insertion::Outcome::stopped, text.mid(posted)};
+            co_return stopped;
+        }
+        if (!postKeyPair(*source, virtual_key::none, [&](SyntheticKeyEvent& event) { event.text = chunk; }))
+            co_return std::nullopt;
+        posted += static_cast<qsizetype>(chunk.size());
     }
-    co_return isPosted;
-}
-
-/// False when the source can't make the events. Nothing is left to be typed after that, and after the last
-/// chunk.
-bool TextInjector::postNextChunk()
-{
-    if (!typing_)
-        return true;
-    const std::u16string& chunk = typing_->chunks[typing_->posted++];
-    const bool posted = postKeyPair(*typing_->source, virtual_key::none,
-                                    [&](SyntheticKeyEvent& event) { event.text = chunk; });
-    if (!posted || typing_->posted == typing_->chunks.size())
-        typing_.reset();
-    return posted;
-}
-
-void TextInjector::finishTyping()
-{
-    while (typing_)
-        (void)postNextChunk();
+    const Insertion inserted{Insertion::Outcome::inserted, {}};
+    co_return inserted;
 }
 
 bool TextInjector::postCommandV()
@@ -131,20 +111,30 @@ bool TextInjector::postCommandV()
                                  [](SyntheticKeyEvent& event) { event.flags = modifier_flags::command; });
 }
 
-QCoro::Task<bool> TextInjector::paste(QString text)
+QCoro::Task<std::optional<Insertion>> TextInjector::paste(QString text, PostingGate mayPost)
 {
     std::optional<QString> previous = co_await contentToRestore();
+    if (!mayPost()) {
+        const Insertion stopped{Insertion::Outcome::stopped, text};
+        co_return stopped;
+    }
     restoreTimer_.reset();
-    loan_.reset();
+    const std::optional<Loan> last = std::exchange(loan_, std::nullopt);
     pasteboard_.clearContents();
     const bool set = pasteboard_.setString(text, pasteboard_type::string);
     pasteboard_.setString(QString(), pasteboard_type::concealed);
     const int64_t changeCount = pasteboard_.changeCount();
-    if (!set || !postCommandV())
-        co_return false;
-    loan_ = Loan{std::move(previous), changeCount};
-    restoreTimer_ = queue_.after(restoreDelay, [this] { restore(); });
-    co_return true;
+    const bool isPosted = set && postCommandV();
+    if (isPosted) {
+        loan_ = Loan{std::move(previous), changeCount, {}};
+        restoreTimer_ = queue_.after(restoreDelay, [this] { returnClipboard(); });
+    }
+    if (last)
+        last->returned.complete({});
+    if (!isPosted)
+        co_return std::nullopt;
+    const Insertion inserted{Insertion::Outcome::inserted, {}};
+    co_return inserted;
 }
 
 QCoro::Task<std::optional<QString>> TextInjector::contentToRestore()
@@ -159,22 +149,26 @@ QCoro::Task<std::optional<QString>> TextInjector::contentToRestore()
     co_return content;
 }
 
-void TextInjector::finishNow()
+QCoro::Task<> TextInjector::clipboardReturned()
 {
-    finishTyping();
-    restoreTimer_.reset();
-    if (loan_)
-        restore();
+    while (loan_) {
+        const OneShot<Done> returned = loan_->returned;
+        co_await returned;
+    }
 }
 
-void TextInjector::restore()
+void TextInjector::returnClipboard()
 {
-    const Loan loan = *std::exchange(loan_, std::nullopt);
-    if (pasteboard_.changeCount() != loan.changeCount)
+    restoreTimer_.reset();
+    const std::optional<Loan> loan = std::exchange(loan_, std::nullopt);
+    if (!loan)
         return;
-    pasteboard_.clearContents();
-    if (loan.content)
-        pasteboard_.setString(*loan.content, pasteboard_type::string);
+    if (pasteboard_.changeCount() == loan->changeCount) {
+        pasteboard_.clearContents();
+        if (loan->content)
+            pasteboard_.setString(*loan->content, pasteboard_type::string);
+    }
+    loan->returned.complete({});
 }
 
 } // namespace corvandi

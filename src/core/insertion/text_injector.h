@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/awaitables.h"
 #include "base/main_queue.h"
 #include "core/data/settings.h"
 #include "ports/keyboard.h"
@@ -8,6 +9,7 @@
 #include <QCoroTask>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -20,6 +22,25 @@ namespace corvandi {
 /// piece ends between the two halves of a surrogate pair.
 [[nodiscard]] std::vector<std::u16string> typingChunks(std::u16string_view units);
 
+/// Whether a posting made now would reach the place that the text is meant for. Asked directly before each
+/// one.
+using PostingGate = std::function<bool()>;
+
+struct Insertion {
+    enum class Outcome {
+        /// All of it was handed to the target; one that ignores the events still counts as reached.
+        inserted,
+        /// Neither way worked.
+        failed,
+        /// The gate was closed, or closed on the way.
+        stopped,
+    };
+    Outcome outcome;
+    /// What the target did not get: the end of a text whose typing was stopped on the way, else the whole
+    /// text.
+    QString rest;
+};
+
 /// Puts text into whatever application has the keyboard focus, without that application's help: by
 /// typing it, or by way of the clipboard and the paste shortcut. Each way falls back to the other.
 ///
@@ -28,43 +49,36 @@ class TextInjector {
 public:
     TextInjector(Keyboard& keyboard, Pasteboard& pasteboard, MainQueue& queue);
 
-    /// Whether `text` was handed to the target. False for an empty text, and when neither way worked;
-    /// a target that ignores the events still counts as reached.
-    ///
-    /// A long text is typed bit by bit, with other work of the main queue in between: all of it has been
-    /// posted when the task ends. If another text is inserted before that, the rest is posted first.
-    [[nodiscard]] QCoro::Task<bool> insert(QString text, InsertionMethod method);
+    /// Inserts `text`, which fails when it is empty. A long text is typed bit by bit, with other work of the
+    /// main queue in between: all of it has been posted when the task ends. One text at a time.
+    [[nodiscard]] QCoro::Task<Insertion> insert(QString text, InsertionMethod method, PostingGate mayPost);
 
-    /// Posts what is left of a text that is being typed, and gives the clipboard back that a paste has
-    /// borrowed, if its second is not over yet. For the end of the program.
-    void finishNow();
+    /// From now on nothing else gets its turn while a text is typed. For the end of the program.
+    void hurry() { isHurried_ = true; }
+    /// Ends when no clipboard is borrowed any more, which is a second after a paste.
+    [[nodiscard]] QCoro::Task<> clipboardReturned();
+    /// Gives a clipboard back that a paste has borrowed, even if its second is not over yet.
+    void returnClipboard();
 
 private:
     /// A clipboard that was borrowed for a paste.
     struct Loan {
         std::optional<QString> content;
         int64_t changeCount;
+        OneShot<Done> returned;
     };
 
-    /// A text that is being typed: its source lets go of the keyboard when this goes.
-    struct Typing {
-        std::unique_ptr<KeyEventSource> source;
-        std::vector<std::u16string> chunks;
-        size_t posted = 0;
-    };
-
-    [[nodiscard]] QCoro::Task<bool> type(QString text);
-    [[nodiscard]] bool postNextChunk();
-    void finishTyping();
-    [[nodiscard]] QCoro::Task<bool> paste(QString text);
+    /// Nothing when the events can't be made.
+    [[nodiscard]] QCoro::Task<std::optional<Insertion>> type(QString text, PostingGate mayPost);
+    /// Nothing when the clipboard refuses the text, or the shortcut can't be made.
+    [[nodiscard]] QCoro::Task<std::optional<Insertion>> paste(QString text, PostingGate mayPost);
     [[nodiscard]] bool postCommandV();
     [[nodiscard]] QCoro::Task<std::optional<QString>> contentToRestore();
-    void restore();
 
     Keyboard& keyboard_;
     Pasteboard& pasteboard_;
     MainQueue& queue_;
-    std::optional<Typing> typing_;
+    bool isHurried_ = false;
     std::optional<Loan> loan_;
     std::unique_ptr<Timer> restoreTimer_;
 };

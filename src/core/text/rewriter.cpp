@@ -53,11 +53,11 @@ std::optional<QString> Rewriter::caption(LanguageModelAvailability availability)
     return translated("Rewrite is unavailable on this device.");
 }
 
-QCoro::Task<std::optional<QString>> Rewriter::rewrite(QString text)
+QCoro::Task<std::optional<QString>> Rewriter::rewrite(QString text, std::stop_token stop)
 {
     if (caption(model_.availability()))
         co_return std::nullopt;
-    const LanguageModelAnswer answer = co_await answerInTime(text);
+    const LanguageModelAnswer answer = co_await answerInTime(text, std::move(stop));
     if (const auto* failure = std::get_if<LanguageModelFailure>(&answer)) {
         log_.write(QStringLiteral("rewrite failed: ") + failure->description);
         co_return std::nullopt;
@@ -68,7 +68,7 @@ QCoro::Task<std::optional<QString>> Rewriter::rewrite(QString text)
     co_return rewritten;
 }
 
-QCoro::Task<LanguageModelAnswer> Rewriter::answerInTime(QString prompt)
+QCoro::Task<LanguageModelAnswer> Rewriter::answerInTime(QString prompt, std::stop_token stop)
 {
     const OneShot<LanguageModelAnswer> first;
     // Each text gets a conversation of its own; it ends with this task, answered or not.
@@ -76,6 +76,9 @@ QCoro::Task<LanguageModelAnswer> Rewriter::answerInTime(QString prompt)
     session->respond(prompt, [first](LanguageModelAnswer answer) { first.complete(std::move(answer)); });
     const auto limit = queue_.after(rewriteLimit, [first] {
         first.complete(LanguageModelFailure{QStringLiteral("cancelled, no answer within 4 seconds")});
+    });
+    const std::stop_callback stopping(stop, [first] {
+        first.complete(LanguageModelFailure{QStringLiteral("cancelled, the program ends")});
     });
     LanguageModelAnswer answer = co_await first;
     co_return answer;

@@ -9,6 +9,7 @@
 #include <QString>
 
 #include <optional>
+#include <stop_token>
 
 namespace corvandi {
 
@@ -31,11 +32,11 @@ public:
     /// The rewritten text, without white space at its ends. Nothing when the model is not available as far
     /// as is known (the caller has that refreshed; it is not asked then), fails, takes more than 4 seconds
     /// (it is stopped then), or answers with less than half as many characters as `text` has. Failures and
-    /// the time-out are logged; never throws.
-    [[nodiscard]] QCoro::Task<std::optional<QString>> rewrite(QString text);
+    /// the time-out are logged; never throws. A `stop` that is requested ends it at once, without a result.
+    [[nodiscard]] QCoro::Task<std::optional<QString>> rewrite(QString text, std::stop_token stop = {});
 
 private:
-    [[nodiscard]] QCoro::Task<LanguageModelAnswer> answerInTime(QString prompt);
+    [[nodiscard]] QCoro::Task<LanguageModelAnswer> answerInTime(QString prompt, std::stop_token stop);
 
     LanguageModel& model_;
     MainQueue& queue_;

@@ -3,8 +3,13 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QLocalSocket>
 
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -114,6 +119,19 @@ bool SingleInstance::takeLock()
         return false;
     log_.write(QStringLiteral("the lock file can't be written, so other instances go unnoticed"));
     return true;
+}
+
+FolderClaim::FolderClaim(SystemLog& log, const QString& folder)
+{
+    (void)QDir().mkpath(QFileInfo(folder).path());
+    (void)mkdir(QFile::encodeName(folder).constData(), onlyTheOwner);
+    const QByteArray path = QFile::encodeName(folder + QStringLiteral("/corvandi.lock"));
+    file_ = FileDescriptor(open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    if (flock(file_.get(), LOCK_EX | LOCK_NB) == 0)
+        return;
+    isGranted_ = errno != EWOULDBLOCK;
+    if (isGranted_)
+        log.write(QStringLiteral("the data folder can't be locked, so other sessions go unnoticed"));
 }
 
 void SingleInstance::listen()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/file_descriptor.h"
 #include "ports/system_log.h"
 
 #include <QDir>
@@ -58,6 +59,24 @@ private:
     std::unique_ptr<QLockFile> lock_;
     QLocalServer server_;
     InstanceRole role_ = InstanceRole::first;
+};
+
+/// A folder of which only one process at a time may be the owner, whatever session it belongs to: two would
+/// overwrite each other's files there. A lock of the kernel's on a file in it decides, so that nothing is
+/// left behind by a process that is killed or a machine that loses its power. Where there are no locks
+/// (read-only file system) that is logged and the claim granted.
+///
+/// Thread: main thread only; its own lifetime is that of the claim.
+class FolderClaim {
+public:
+    /// `folder` is created when it is missing, with no access for others.
+    FolderClaim(SystemLog& log, const QString& folder);
+
+    [[nodiscard]] bool isGranted() const { return isGranted_; }
+
+private:
+    FileDescriptor file_;
+    bool isGranted_ = true;
 };
 
 } // namespace corvandi

@@ -321,14 +321,5 @@ TEST_F(DeliveryTest, AnApplicationSwitchedToWithTheModifierStillHeldGetsNothing)
     EXPECT_TRUE(isOnTheClipboard(words));
 }
 
-TEST_F(DeliveryTest, TheEndOfTheProgramGivesABorrowedClipboardBack)
-{
-    pasteboard.copyFromOutside(QStringLiteral("abc"));
-    settings.setInsertion(InsertionMethod::paste);
-    dictate(words);
-    controller->shutDown();
-    EXPECT_EQ(pasteboard.text(), QStringLiteral("abc"));
-}
-
 } // namespace
 } // namespace corvandi::testing

@@ -19,6 +19,7 @@ DictationFixture::DictationFixture()
         .accessibility = accessibility,
         .focusedElements = focus,
         .workspace = workspace,
+        .sessionLock = lock,
         .audioInput = input,
         .audioConverterFactory = converters,
         .captureAuthorization = microphone,

@@ -13,6 +13,7 @@
 #include "support/fake_language_model.h"
 #include "support/fake_pasteboard.h"
 #include "support/fake_session.h"
+#include "support/fake_session_lock.h"
 #include "support/fake_speech_framework.h"
 #include "support/fake_user_defaults.h"
 #include "support/recording_log.h"
@@ -62,6 +63,7 @@ protected:
     FakeAccessibility accessibility;
     FakeFocus focus{queue};
     FakeWorkspace workspace;
+    FakeSessionLock lock;
     FakeAudioInput input;
     FakeAudioConverterFactory converters;
     FakeCaptureAuthorization microphone;

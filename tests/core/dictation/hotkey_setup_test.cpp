@@ -64,6 +64,40 @@ TEST_F(HotkeySetupTest, ANewHotkeyThatThePlatformRefusesIsTriedAgainUntilItIsFre
     EXPECT_EQ(taps.watched, (KeyChord{36, 0x80000}));
 }
 
+TEST_F(HotkeySetupTest, ANewHotkeyThatIsFreeIsTakenAtOnceWhileARefusedOneIsWaitedFor)
+{
+    taps.heldByAnother = KeyChord{49, 0x80000};
+    accessibility.trusted = false;
+    controller->startHotkey();
+    EXPECT_EQ(taps.watched, std::nullopt);
+    settings.setHotkeyKeyCode(36);
+    controller->applyHotkey();
+    EXPECT_EQ(taps.watched, (KeyChord{36, 0x80000}));
+    EXPECT_EQ(queue.timerCount(), 0U);
+}
+
+TEST_F(HotkeySetupTest, BeforeTheHotkeyWasStartedANewOneStartsNothing)
+{
+    controller->applyHotkey();
+    EXPECT_EQ(taps.watched, std::nullopt);
+    EXPECT_EQ(queue.timerCount(), 0U);
+}
+
+TEST_F(HotkeySetupTest, AHotkeyThatIsRefusedWhileItIsHeldEndsTheRecording)
+{
+    controller->startHotkey();
+    taps.keyDown(49, 0x80000);
+    queue.advance(1s);
+    ASSERT_TRUE(controller->isDictating());
+    taps.refusesNewChords = true;
+    controller->applyHotkey();
+    queue.drain();
+    EXPECT_FALSE(controller->isDictating());
+    EXPECT_EQ(input.count("stop"), 1);
+    recognise(QStringLiteral("what was said"));
+    EXPECT_EQ(keyboard.typed(), QStringLiteral("what was said"));
+}
+
 TEST_F(HotkeySetupTest, WhoShowsWhetherTheHotkeyWorksIsToldOfEachChange)
 {
     std::vector<bool> told;
@@ -179,7 +213,7 @@ TEST_F(HotkeySetupTest, ThePollEndsWithTheController)
 TEST_F(HotkeySetupTest, ShuttingDownLetsTheHotkeyGo)
 {
     controller->startHotkey();
-    controller->shutDown();
+    const auto ending = controller->shutDown();
     EXPECT_EQ(taps.watched, std::nullopt);
 }
 

@@ -171,6 +171,51 @@ TEST_F(RewriteDeliveryTest, HalfACharacterInTheAnswerBecomesTheReplacementCharac
     EXPECT_EQ(keyboard.typed(), QStringLiteral("So, we went home \uFFFD"));
 }
 
+TEST_F(RewriteDeliveryTest, AnAnswerHasNoLineBreaksThatNobodyDictated)
+{
+    dictate(words);
+    answer("So,\nwe went \r\n\r\n home,\u2028Ann.\u0085Yes.\u000b\u000cNo.");
+    EXPECT_EQ(keyboard.typed(), QStringLiteral("So, we went home, Ann. Yes. No."));
+}
+
+TEST_F(RewriteDeliveryTest, WhereLineBreaksWereDictatedAnAnswerMayHaveThem)
+{
+    controller->store().addVocab(QStringLiteral("home"), QStringLiteral("home\nagain"),
+                                 vocab_scope::Global{});
+    dictate(words);
+    answer("So, we went home\nagain, Ann.");
+    EXPECT_EQ(keyboard.typed(), QStringLiteral("So, we went home\nagain, Ann."));
+}
+
+TEST_F(RewriteDeliveryTest, AnAnswerThreeTimesAsLongIsTaken)
+{
+    const QString answered(3 * words.size(), QLatin1Char('a'));
+    dictate(words);
+    model.answer(answered);
+    queue.drain();
+    EXPECT_EQ(keyboard.typed(), answered);
+}
+
+TEST_F(RewriteDeliveryTest, ALongerAnswerIsNot)
+{
+    dictate(words);
+    model.answer(QString(3 * words.size() + 1, QLatin1Char('a')));
+    queue.drain();
+    EXPECT_EQ(keyboard.typed(), words);
+    EXPECT_EQ(controller->store().history()[0].text, words);
+}
+
+TEST_F(RewriteDeliveryTest, AWordMayBecomeASentenceOf40Characters)
+{
+    dictate(QStringLiteral("yes"));
+    model.answer(QString(40, QLatin1Char('a')));
+    queue.drain();
+    dictate(QStringLiteral("no"));
+    model.answer(QString(41, QLatin1Char('b')));
+    queue.drain();
+    EXPECT_EQ(keyboard.typed(), QString(40, QLatin1Char('a')) + QStringLiteral("no"));
+}
+
 TEST_F(RewriteDeliveryTest, AnAnswerAfterFourSecondsIsNotWaitedFor)
 {
     dictate(words);

@@ -85,19 +85,33 @@ using namespace std::chrono_literals;
 
 const QString hello = QStringLiteral("Hello");
 
-QCoro::Task<> store(QCoro::Task<bool> task, std::optional<bool>& result)
+QCoro::Task<> store(QCoro::Task<Insertion> task, std::optional<Insertion>& result)
 {
     result = co_await task;
 }
 
 class TextInjectorTest : public ::testing::Test {
 protected:
+    [[nodiscard]] QCoro::Task<> begin(const QString& text, InsertionMethod method)
+    {
+        return store(injector.insert(text, method,
+                                     [this] {
+                                         ++asked;
+                                         return postingsAllowed-- > 0;
+                                     }),
+                     result);
+    }
+    /// Whether the whole text was inserted, at once.
     bool insert(const QString& text, InsertionMethod method)
     {
-        std::optional<bool> result;
-        const auto task = store(injector.insert(text, method), result);
+        result.reset();
+        const auto task = begin(text, method);
         EXPECT_TRUE(result.has_value());
-        return result.value_or(false);
+        return ended(Insertion::Outcome::inserted);
+    }
+    [[nodiscard]] bool ended(Insertion::Outcome outcome) const
+    {
+        return result && result->outcome == outcome;
     }
     bool pasteShortcutWasPosted() const
     {
@@ -110,6 +124,10 @@ protected:
     FakeKeyboard keyboard;
     FakePasteboard pasteboard;
     TextInjector injector{keyboard, pasteboard, queue};
+    std::optional<Insertion> result;
+    /// How often the gate is found open.
+    int postingsAllowed = 1000;
+    int asked = 0;
 };
 
 TEST_F(TextInjectorTest, AnEmptyTextIsNotInsertedAndPostsNothing)
@@ -132,8 +150,7 @@ protected:
                                                    {0, KeyDirection::up, 0, twenty},
                                                    {0, KeyDirection::down, 0, five},
                                                    {0, KeyDirection::up, 0, five}};
-    std::optional<bool> result;
-    const QCoro::Task<> task = store(injector.insert(text, InsertionMethod::type), result);
+    const QCoro::Task<> task = begin(text, InsertionMethod::type);
 };
 
 TEST_F(LongTextTest, IsPostedAsAKeyDownAndAKeyUpForEachChunkWithTimeForOtherWorkInBetween)
@@ -142,27 +159,61 @@ TEST_F(LongTextTest, IsPostedAsAKeyDownAndAKeyUpForEachChunkWithTimeForOtherWork
     EXPECT_FALSE(result);
     queue.drain();
     EXPECT_EQ(keyboard.posted, bothPairs);
-    EXPECT_EQ(result, true);
+    EXPECT_TRUE(ended(Insertion::Outcome::inserted));
     EXPECT_EQ(keyboard.sources, 0);
 }
 
-TEST_F(LongTextTest, IsPostedToItsEndBeforeAnotherOne)
+TEST_F(LongTextTest, IsPostedToItsEndInOneTurnAtTheEndOfTheProgram)
 {
-    EXPECT_TRUE(insert(QStringLiteral("b"), InsertionMethod::type));
-    EXPECT_EQ(keyboard.typed(), text + QLatin1Char('b'));
+    injector.hurry();
     queue.drain();
-    EXPECT_EQ(keyboard.typed(), text + QLatin1Char('b'));
-    EXPECT_EQ(result, true);
+    EXPECT_EQ(keyboard.posted, bothPairs);
+    EXPECT_TRUE(ended(Insertion::Outcome::inserted));
 }
 
-TEST_F(LongTextTest, IsPostedToItsEndAtTheEndOfTheProgram)
+TEST_F(LongTextTest, IsNotFollowedByTheRestWhenTheGateClosesOnTheWay)
 {
-    injector.finishNow();
-    EXPECT_EQ(keyboard.posted, bothPairs);
-    EXPECT_EQ(keyboard.sources, 0);
+    postingsAllowed = 0;
     queue.drain();
-    EXPECT_EQ(keyboard.posted, bothPairs);
-    EXPECT_EQ(result, true);
+    EXPECT_EQ(keyboard.posted, firstPair);
+    EXPECT_TRUE(ended(Insertion::Outcome::stopped));
+    EXPECT_EQ(result->rest, QStringLiteral("aaaaa"));
+    EXPECT_EQ(keyboard.sources, 0);
+}
+
+TEST_F(TextInjectorTest, AHurriedTextIsPostedWithoutAnyTurnForOtherWork)
+{
+    injector.hurry();
+    EXPECT_TRUE(insert(QString(100, QLatin1Char('a')), InsertionMethod::type));
+    EXPECT_EQ(keyboard.posted.size(), 10U);
+}
+
+TEST_F(TextInjectorTest, TheGateIsAskedBeforeEachChunk)
+{
+    injector.hurry();
+    EXPECT_TRUE(insert(QString(100, QLatin1Char('a')), InsertionMethod::type));
+    EXPECT_EQ(asked, 5);
+}
+
+TEST_F(TextInjectorTest, NothingIsTypedThroughAClosedGate)
+{
+    postingsAllowed = 0;
+    EXPECT_FALSE(insert(hello, InsertionMethod::type));
+    EXPECT_TRUE(ended(Insertion::Outcome::stopped));
+    EXPECT_EQ(result->rest, hello);
+    EXPECT_TRUE(keyboard.posted.empty());
+    EXPECT_EQ(pasteboard.changes, 0);
+}
+
+TEST_F(TextInjectorTest, NothingIsPastedThroughAGateThatClosedWhileTheClipboardWasRead)
+{
+    postingsAllowed = 0;
+    EXPECT_FALSE(insert(hello, InsertionMethod::paste));
+    EXPECT_TRUE(ended(Insertion::Outcome::stopped));
+    EXPECT_EQ(result->rest, hello);
+    EXPECT_TRUE(keyboard.posted.empty());
+    EXPECT_EQ(pasteboard.reads, 1);
+    EXPECT_EQ(pasteboard.changes, 0);
 }
 
 TEST_F(LongTextTest, IsPastedWholeWhenItsEventsCannotBeMadeAnyMore)
@@ -171,7 +222,7 @@ TEST_F(LongTextTest, IsPastedWholeWhenItsEventsCannotBeMadeAnyMore)
     queue.drain();
     EXPECT_EQ(pasteboard.text(), text);
     EXPECT_EQ(keyboard.posted, firstPair);
-    EXPECT_EQ(result, false);
+    EXPECT_TRUE(ended(Insertion::Outcome::failed));
     EXPECT_EQ(keyboard.sources, 0);
 }
 
@@ -285,15 +336,28 @@ TEST_F(TextInjectorTest, WithoutAnyEventSourceInsertionFailsAndTheClipboardKeeps
     EXPECT_FALSE(insert(hello, InsertionMethod::type));
 }
 
-TEST_F(TextInjectorTest, AtTheEndOfTheProgramTheClipboardIsGivenBackAtOnce)
+TEST_F(TextInjectorTest, TheClipboardCanBeGivenBackBeforeItsSecondIsOver)
 {
     pasteboard.copyFromOutside(QStringLiteral("abc"));
     EXPECT_TRUE(insert(hello, InsertionMethod::paste));
-    injector.finishNow();
+    injector.returnClipboard();
     EXPECT_EQ(pasteboard.text(), QStringLiteral("abc"));
     EXPECT_EQ(queue.timerCount(), 0U);
-    injector.finishNow();
+    injector.returnClipboard();
     EXPECT_EQ(pasteboard.text(), QStringLiteral("abc"));
+}
+
+TEST_F(TextInjectorTest, WhoWaitsForTheClipboardGoesOnWhenItIsBack)
+{
+    EXPECT_TRUE(insert(hello, InsertionMethod::paste));
+    const auto waiting = injector.clipboardReturned();
+    queue.advance(500ms);
+    EXPECT_TRUE(insert(hello, InsertionMethod::paste));
+    queue.advance(999ms);
+    EXPECT_FALSE(waiting.isReady());
+    queue.advance(1ms);
+    EXPECT_TRUE(waiting.isReady());
+    EXPECT_TRUE(injector.clipboardReturned().isReady());
 }
 
 } // namespace

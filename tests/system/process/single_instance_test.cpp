@@ -55,6 +55,37 @@ protected:
 
 } // namespace
 
+TEST(FolderClaim, IsGrantedToOneAtATime)
+{
+    QTemporaryDir home;
+    const QString folder = home.path() + QStringLiteral("/data/Corvandi");
+    RecordingLog log;
+    std::optional<FolderClaim> first(std::in_place, log, folder);
+    EXPECT_TRUE(first->isGranted());
+    EXPECT_FALSE(FolderClaim(log, folder).isGranted());
+    first.reset();
+    EXPECT_TRUE(FolderClaim(log, folder).isGranted());
+    EXPECT_TRUE(log.lines().empty());
+}
+
+TEST(FolderClaim, MakesAFolderThatNobodyElseMayEnter)
+{
+    QTemporaryDir home;
+    const QString folder = home.path() + QStringLiteral("/data/Corvandi");
+    RecordingLog log;
+    const FolderClaim claim(log, folder);
+    EXPECT_EQ(QFile::permissions(folder) & ~(QFile::ReadUser | QFile::WriteUser | QFile::ExeUser),
+              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+TEST(FolderClaim, IsGrantedWhereNoLockCanBeKept)
+{
+    RecordingLog log;
+    EXPECT_TRUE(FolderClaim(log, QStringLiteral("/proc/Corvandi")).isGranted());
+    EXPECT_TRUE(
+        log.contains(QStringLiteral("the data folder can't be locked, so other sessions go unnoticed")));
+}
+
 TEST_F(SingleInstanceTest, TheFirstIsToldOfEachLaterStart)
 {
     Instance first(folder.path());
