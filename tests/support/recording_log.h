@@ -2,6 +2,7 @@
 
 #include "ports/system_log.h"
 
+#include <functional>
 #include <mutex>
 #include <vector>
 
@@ -24,9 +25,14 @@ public:
         return false;
     }
 
+    /// Runs for each line, before anybody can read it.
+    std::function<void(const QString& line)> onLine;
+
 protected:
     void writeLine(const QString& line) override
     {
+        if (onLine)
+            onLine(line);
         const std::lock_guard guard(mutex_);
         lines_.push_back(line);
     }
