@@ -1,5 +1,6 @@
 #include "harness/keyboard.h"
 
+#include <X11/XKBlib.h>
 #include <X11/Xlib.h>
 #include <X11/extensions/XTest.h>
 
@@ -35,6 +36,13 @@ void Keyboard::strike(const std::vector<Key>& chord)
         press(key);
     for (auto key = chord.rbegin(); key != chord.rend(); ++key)
         release(*key);
+}
+
+unsigned Keyboard::modifiers() const
+{
+    XkbStateRec state{};
+    ::XkbGetState(display_.get(), XkbUseCoreKbd, &state);
+    return state.mods;
 }
 
 void Keyboard::type(const std::string& text)

@@ -41,6 +41,9 @@ public:
     void strike(Key key);
     /// Presses these keys one after the other and releases them the other way round.
     void strike(const std::vector<Key>& chord);
+    /// The modifiers that the keyboard has for applications now, as bits of the X11 protocol: held, latched
+    /// and locked ones, Caps Lock among them.
+    [[nodiscard]] unsigned modifiers() const;
     /// Strikes the keys of a text that needs no modifiers: lower-case letters, digits, spaces.
     void type(const std::string& text);
 

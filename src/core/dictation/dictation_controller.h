@@ -95,7 +95,7 @@ public:
     /// press is accepted after it.
     [[nodiscard]] QCoro::Task<> shutDown();
 
-    static constexpr MainQueue::Duration endLimit = std::chrono::milliseconds(800);
+    static constexpr MainQueue::Duration endLimit = std::chrono::milliseconds(700);
 
     /// Runs when `isHotkeyActive` has changed.
     std::function<void()> onHotkeyActiveChange;

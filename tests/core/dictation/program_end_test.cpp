@@ -69,7 +69,7 @@ TEST_F(ProgramEndTest, WhatWasSaidWithTheKeyStillHeldIsTranscribedAndSaved)
     EXPECT_FALSE(panels.isVisible);
     EXPECT_FALSE(controller->isDictating());
     EXPECT_FALSE(hasEnded());
-    queue.advance(700ms);
+    queue.advance(600ms);
     recognise(words);
     EXPECT_TRUE(hasEnded());
     EXPECT_TRUE(isSaved(words));
@@ -97,11 +97,11 @@ TEST_F(ProgramEndTest, ATranscriptThatIsBeingMadeIsSaved)
     EXPECT_TRUE(isSaved(words));
 }
 
-TEST_F(ProgramEndTest, ATranscriptIsWaitedFor800MillisecondsAtMost)
+TEST_F(ProgramEndTest, ATranscriptIsWaitedFor700MillisecondsAtMost)
 {
     hold();
     end();
-    queue.advance(799ms);
+    queue.advance(699ms);
     EXPECT_FALSE(hasEnded());
     queue.advance(1ms);
     EXPECT_TRUE(hasEnded());
@@ -187,9 +187,9 @@ TEST_F(ProgramEndTest, ThePastedTextIsLeftToTheApplicationForAsLongAsPossible)
 {
     settings.setInsertion(InsertionMethod::paste);
     dictate(words);
-    queue.advance(300ms);
+    queue.advance(400ms);
     end();
-    queue.advance(699ms);
+    queue.advance(599ms);
     EXPECT_EQ(pasteboard.text(), words);
     EXPECT_FALSE(hasEnded());
     queue.advance(1ms);
@@ -197,12 +197,12 @@ TEST_F(ProgramEndTest, ThePastedTextIsLeftToTheApplicationForAsLongAsPossible)
     EXPECT_EQ(pasteboard.text(), QStringLiteral("what the user had"));
 }
 
-TEST_F(ProgramEndTest, ABorrowedClipboardIsBackAfter800MillisecondsAtTheLatest)
+TEST_F(ProgramEndTest, ABorrowedClipboardIsBackAfter700MillisecondsAtTheLatest)
 {
     settings.setInsertion(InsertionMethod::paste);
     dictate(words);
     end();
-    queue.advance(800ms);
+    queue.advance(700ms);
     EXPECT_TRUE(hasEnded());
     EXPECT_EQ(pasteboard.text(), QStringLiteral("what the user had"));
 }

@@ -156,7 +156,8 @@ void World::stepOfTheUser()
 
 void World::beginHolding()
 {
-    const std::optional<QString> target = workspace.frontmost == workspace.own ? std::nullopt : workspace.frontmost;
+    const std::optional<QString> target =
+        workspace.frontmost == workspace.own ? std::nullopt : workspace.frontmost;
     const bool isRefused = controller->isDictating() || lock.isLocked() ||
                            (focus.element && focus.element->subrole == QStringLiteral("AXSecureTextField")) ||
                            microphone.present == AuthorizationStatus::denied;
@@ -228,7 +229,8 @@ void World::recogniseSomething()
     if (hasEnded_)
         return;
     if (text_.isEmpty() && !chance(10)) {
-        text_ = QStringLiteral("Text%1").arg(nextText_++) + QString(pick(chance(3) ? 200 : 20), QLatin1Char('x'));
+        text_ =
+            QStringLiteral("Text%1").arg(nextText_++) + QString(pick(chance(3) ? 200 : 20), QLatin1Char('x'));
         engine.pushFinal(text_);
     }
     if (!isHeld_ || chance(10)) {
@@ -272,7 +274,7 @@ void World::stepOfTheDesktop()
 
 void World::stepOfTheFaults()
 {
-    const std::vector<ScriptedStep*> steps{&input.starting,    &input.removing,  &engine.listing,
+    const std::vector<ScriptedStep*> steps{&input.starting,     &input.removing,  &engine.listing,
                                            &engine.formatQuery, &engine.starting, &engine.finalizing};
     ScriptedStep& one = *steps[static_cast<size_t>(pick(6))];
     switch (pick(10)) {
@@ -298,7 +300,8 @@ void World::stepOfTheFaults()
         keyboard.hasSources = !keyboard.hasSources || !chance(3);
         return;
     case 8:
-        model.state = chance(3) ? LanguageModelAvailability::modelNotReady : LanguageModelAvailability::available;
+        model.state =
+            chance(3) ? LanguageModelAvailability::modelNotReady : LanguageModelAvailability::available;
         model.looksAreHeld = chance(3);
         return focus.endRefreshes();
     default:
@@ -312,8 +315,8 @@ void World::checkState()
 {
     EXPECT_EQ(controller->isDictating(), isHeld_);
     const bool mayRun = isHeld_ || input.removing.isPending();
-    EXPECT_TRUE(mayRun || !input.isRunning() || engine.listing.isPending() || engine.formatQuery.isPending() ||
-                engine.starting.isPending())
+    EXPECT_TRUE(mayRun || !input.isRunning() || engine.listing.isPending() ||
+                engine.formatQuery.isPending() || engine.starting.isPending())
         << "recorded while nobody holds the key";
 }
 
@@ -326,7 +329,8 @@ void World::handlePosting()
         pasted_.push_back(pasteboard.text().value_or(QString()));
     typed_ += QString::fromStdU16String(event.text);
     ASSERT_FALSE(targets_.empty());
-    const std::optional<QString> front = workspace.frontmost == workspace.own ? std::nullopt : workspace.frontmost;
+    const std::optional<QString> front =
+        workspace.frontmost == workspace.own ? std::nullopt : workspace.frontmost;
     EXPECT_EQ(front, targets_.front()) << "posted to another application";
     EXPECT_FALSE(lock.isLocked()) << "posted on a locked screen";
     EXPECT_FALSE(focus.element && focus.element->subrole == QStringLiteral("AXSecureTextField"))
@@ -337,7 +341,8 @@ void World::handleLine(const QString& line)
 {
     EXPECT_FALSE(line.contains(QStringLiteral("broke off"))) << line.toStdString();
     const auto outcome = outcomeOf(line);
-    // A press that is refused says so in the words of a session; one that is not lets a waiting session go on.
+    // A press that is refused says so in the words of a session; one that is not lets a waiting session go
+    // on.
     const bool isOfThePress = isPressing_ && !controller->isDictating();
     if (!outcome || isOfThePress)
         return;
@@ -358,7 +363,8 @@ void World::check(Outcome outcome)
     const QString clipboard = pasteboard.text().value_or(QString());
     switch (outcome) {
     case Outcome::inserted:
-        EXPECT_TRUE(pasted_.empty() ? isText(typed_) : pasted_.size() == 1 && typed_.isEmpty() && isText(pasted_[0]))
+        EXPECT_TRUE(pasted_.empty() ? isText(typed_)
+                                    : pasted_.size() == 1 && typed_.isEmpty() && isText(pasted_[0]))
             << typed_.toStdString();
         return checkHistory(true);
     case Outcome::copied:
@@ -450,7 +456,8 @@ void World::quit()
 TEST(RandomDictations, ObeyTheLaws)
 {
     const char* given = std::getenv("CORVANDI_SEED");
-    const unsigned seed = given ? static_cast<unsigned>(std::strtoul(given, nullptr, 10)) : std::random_device()();
+    const unsigned seed =
+        given ? static_cast<unsigned>(std::strtoul(given, nullptr, 10)) : std::random_device()();
     std::cout << "CORVANDI_SEED=" << seed << " repeats this\n";
     std::mt19937 random(seed);
     size_t outcomes = 0;

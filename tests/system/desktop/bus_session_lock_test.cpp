@@ -33,8 +33,7 @@ protected:
 };
 
 /// Each of those who are asked.
-class EachTellerTest : public BusSessionLockTest,
-                       public ::testing::WithParamInterface<LockTeller::Manner> {};
+class EachTellerTest : public BusSessionLockTest, public ::testing::WithParamInterface<LockTeller::Manner> {};
 
 TEST_P(EachTellerTest, IsBelievedFromTheStartAndWhenItChanges)
 {
@@ -90,13 +89,14 @@ TEST_P(EachTellerTest, IsStillBelievedWhenItHangsLater)
     EXPECT_TRUE(lock->isLocked());
 }
 
-INSTANTIATE_TEST_SUITE_P(All, EachTellerTest,
-                         ::testing::Values(LockTeller::sessionKeeper(),
-                                           LockTeller::screenSaver(QStringLiteral("org.freedesktop.ScreenSaver")),
-                                           LockTeller::screenSaver(QStringLiteral("org.gnome.ScreenSaver")),
-                                           LockTeller::screenSaver(QStringLiteral("org.cinnamon.ScreenSaver")),
-                                           LockTeller::screenSaver(QStringLiteral("org.mate.ScreenSaver")),
-                                           LockTeller::screenSaver(QStringLiteral("org.xfce.ScreenSaver"))));
+INSTANTIATE_TEST_SUITE_P(
+    All, EachTellerTest,
+    ::testing::Values(LockTeller::sessionKeeper(),
+                      LockTeller::screenSaver(QStringLiteral("org.freedesktop.ScreenSaver")),
+                      LockTeller::screenSaver(QStringLiteral("org.gnome.ScreenSaver")),
+                      LockTeller::screenSaver(QStringLiteral("org.cinnamon.ScreenSaver")),
+                      LockTeller::screenSaver(QStringLiteral("org.mate.ScreenSaver")),
+                      LockTeller::screenSaver(QStringLiteral("org.xfce.ScreenSaver"))));
 
 TEST_F(BusSessionLockTest, IsLockedAsLongAsAnybodySaysSo)
 {

@@ -69,7 +69,8 @@ bool LockTeller::handleMessage(const QDBusMessage& message, const QDBusConnectio
     ++questions_;
     if (hangs_)
         return true;
-    if (message.interface() == propertiesInterface && message.arguments() == QVariantList{sessionInterface, hint})
+    if (message.interface() == propertiesInterface &&
+        message.arguments() == QVariantList{sessionInterface, hint})
         return connection.send(message.createReply(QVariant::fromValue(QDBusVariant(isLocked_))));
     if (message.interface() == manner_.interface && message.member() == QLatin1String("GetActive"))
         return connection.send(message.createReply(isLocked_));

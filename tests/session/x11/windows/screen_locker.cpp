@@ -37,8 +37,8 @@ ScreenLocker::ScreenLocker(Window window, Place place)
     : window_(xcb_generate_id(x_->get()))
 {
     const uint32_t isUnmanaged = window == Window::managed ? 0 : 1;
-    const uint16_t kind = window == Window::withoutPicture ? XCB_WINDOW_CLASS_INPUT_ONLY
-                                                           : XCB_WINDOW_CLASS_INPUT_OUTPUT;
+    const uint16_t kind =
+        window == Window::withoutPicture ? XCB_WINDOW_CLASS_INPUT_ONLY : XCB_WINDOW_CLASS_INPUT_OUTPUT;
     xcb_create_window(x_->get(), XCB_COPY_FROM_PARENT, window_, x_->root(), place.x, place.y, place.width,
                       place.height, 0, kind, XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT, &isUnmanaged);
     if (window == Window::managed) {
@@ -62,10 +62,10 @@ void ScreenLocker::holdKeyboard()
 
 void ScreenLocker::holdPointer()
 {
-    const auto held = x_->reply(xcb_grab_pointer_reply,
-                                xcb_grab_pointer(x_->get(), 0, window_, 0, XCB_GRAB_MODE_ASYNC,
-                                                 XCB_GRAB_MODE_ASYNC, XCB_WINDOW_NONE, XCB_CURSOR_NONE,
-                                                 XCB_CURRENT_TIME));
+    const auto held =
+        x_->reply(xcb_grab_pointer_reply,
+                  xcb_grab_pointer(x_->get(), 0, window_, 0, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC,
+                                   XCB_WINDOW_NONE, XCB_CURSOR_NONE, XCB_CURRENT_TIME));
     if (!held || held->status != XCB_GRAB_STATUS_SUCCESS)
         throw std::runtime_error("the pointer is not to be had");
 }

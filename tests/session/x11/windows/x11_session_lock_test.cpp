@@ -226,7 +226,8 @@ TEST_P(RealLockerTest, IsSeenWhileItLocksTheScreen)
     std::vector<bool> seen;
     const auto registration = lock.onChange([&] { seen.push_back(lock.isLocked()); });
     start();
-    EXPECT_TRUE(waitUntil([this] { return lock.isLocked(); })) << process.readAllStandardError().toStdString();
+    EXPECT_TRUE(waitUntil([this] { return lock.isLocked(); }))
+        << process.readAllStandardError().toStdString();
     EXPECT_TRUE(waitUntil([&] { return seen == std::vector{true}; }));
     end();
     EXPECT_TRUE(waitUntil([this] { return !lock.isLocked(); }));
