@@ -50,7 +50,7 @@ std::optional<double> measureOnce(AudioInput& input)
             first = Clock::now();
     });
     input.prepare();
-    const auto starting = input.start();
+    const auto starting = input.start({});
     const bool came = runUntil([&first] { return first.load() != Clock::time_point(); });
     const auto removing = input.removeTap();
     runUntil([&removing] { return removing.isReady(); });

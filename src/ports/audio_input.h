@@ -4,6 +4,8 @@
 
 #include <QCoroTask>
 
+#include <QString>
+
 #include <cstdint>
 #include <functional>
 
@@ -13,13 +15,18 @@ namespace corvandi {
 ///
 /// Thread: main thread only, except the tap block, which runs on the audio thread. No call blocks.
 ///
-/// When the device or the sound server goes away while running, the block simply isn't called any more
-/// and the adapter logs why; `removeTap` and `stop` still work, and a later `start` begins afresh. A
-/// device that delivers nothing for a second counts as gone.
+/// A recording can end by itself: the device or the sound server goes away, or the device delivers
+/// nothing for too long. The adapter logs why and tells whoever has started it; a later `start` begins
+/// afresh.
 class AudioInput {
 public:
     /// Called for each block of sound. Real-time rules: no waiting, no logging.
     using TapBlock = std::function<void(const AudioBuffer&)>;
+    /// Called when a recording has ended by itself, with the reason as the log has it: at most once for
+    /// each `start`, later, on the main thread, never after `stop` or the next `start`. All that was
+    /// recorded until then has been handed to the block before, which is not called again. It may call
+    /// the input.
+    using EndHandler = std::function<void(const QString& reason)>;
 
     virtual ~AudioInput() = default;
 
@@ -34,8 +41,9 @@ public:
     [[nodiscard]] virtual QCoro::Task<> removeTap() = 0;
     /// Gets everything ready that `start` will need.
     virtual void prepare() = 0;
-    /// Starts recording; the task ends when the device runs. Throws `Error` when it can't.
-    [[nodiscard]] virtual QCoro::Task<> start() = 0;
+    /// Starts recording; the task ends when the device runs. Throws `Error` when it can't. `ended`,
+    /// which may be empty, counts from then on.
+    [[nodiscard]] virtual QCoro::Task<> start(EndHandler ended) = 0;
     /// Stops recording. Harmless when not running.
     virtual void stop() = 0;
 };

@@ -37,6 +37,17 @@ public:
     }
     /// Sound that the device still holds: the tap gets it when it is removed.
     void holdBack(AudioBuffer buffer) { heldBack_.push_back(std::move(buffer)); }
+    /// The recording ends by itself, after the sound that the device still holds.
+    void end(const QString& reason)
+    {
+        {
+            const std::lock_guard guard(mutex_);
+            handOverRest();
+            isRunning_ = false;
+        }
+        if (const EndHandler ended = std::exchange(ended_, nullptr))
+            ended(reason);
+    }
 
     [[nodiscard]] bool isRunning() const { return isRunning_; }
     [[nodiscard]] bool hasTap() const { return static_cast<bool>(tap_); }
@@ -60,27 +71,35 @@ public:
         calls.emplace_back("removeTap");
         co_await removing.run();
         const std::lock_guard guard(mutex_);
-        for (const AudioBuffer& buffer : std::exchange(heldBack_, {}))
-            tap_(buffer);
+        handOverRest();
         tap_ = nullptr;
     }
     void prepare() override { calls.emplace_back("prepare"); }
-    [[nodiscard]] QCoro::Task<> start() override
+    [[nodiscard]] QCoro::Task<> start(EndHandler ended) override
     {
         calls.emplace_back("start");
         co_await starting.run();
+        ended_ = std::move(ended);
         const std::lock_guard guard(mutex_);
         isRunning_ = true;
     }
     void stop() override
     {
         calls.emplace_back("stop");
+        ended_ = nullptr;
         const std::lock_guard guard(mutex_);
         isRunning_ = false;
     }
 
 private:
+    void handOverRest()
+    {
+        for (const AudioBuffer& buffer : std::exchange(heldBack_, {}))
+            tap_(buffer);
+    }
+
     mutable std::mutex mutex_;
+    EndHandler ended_;
     TapBlock tap_;
     std::vector<AudioBuffer> heldBack_;
     bool isRunning_ = false;

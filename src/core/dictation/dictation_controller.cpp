@@ -168,10 +168,9 @@ QCoro::Task<> DictationController::runStart(Self weak, MainQueue& queue, TaskHan
 QCoro::Task<> DictationController::startTranscriber()
 {
     awaitedFirstAudio_ = recordingStart_;
-    co_await audio_.start();
+    const AudioFormat format = co_await audio_.start();
     const MainQueue::Duration begin = platform_.queue.now();
-    // Read only now: the device may have come or changed while the previous dictation was delivered.
-    co_await speech_.start(audio_.inputFormat());
+    co_await speech_.start(format);
     modelState_ = model_state::Ready{};
     const auto elapsed = platform_.queue.now() - begin;
     platform_.log.write(QStringLiteral("speech.start ready in %1").arg(wholeMilliseconds(elapsed)));

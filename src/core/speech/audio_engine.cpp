@@ -66,10 +66,11 @@ constexpr uint32_t tapFrames = 2048; // 43 ms at 48 kHz
 class Tap : public std::enable_shared_from_this<Tap> {
 public:
     Tap(MainQueue& queue, std::function<void(const AudioBuffer&)> onBuffer,
-        std::function<void(float)> onLevel)
+        std::function<void(float)> onLevel, std::function<void(const QString&)> onEnd)
         : queue_(queue)
         , onBuffer_(std::move(onBuffer))
         , onLevel_(std::move(onLevel))
+        , onEnd_(std::move(onEnd))
     {
     }
 
@@ -83,6 +84,13 @@ public:
         if (onBuffer_)
             onBuffer_(buffer);
         queue_.async([tap = shared_from_this(), loudness = level(buffer)] { tap->report(loudness); });
+    }
+
+    /// Main thread.
+    void reportEnd(const QString& reason) const
+    {
+        if (!closed_ && onEnd_)
+            onEnd_(reason);
     }
 
     /// Main thread. No callback runs after this.
@@ -103,6 +111,7 @@ private:
     MainQueue& queue_;
     const std::function<void(const AudioBuffer&)> onBuffer_;
     const std::function<void(float)> onLevel_;
+    const std::function<void(const QString&)> onEnd_;
     std::mutex mutex_;
     bool closed_ = false;
 };
@@ -115,18 +124,24 @@ struct AudioEngine::Capture {
     MainQueue& queue;
     TurnGate gate;
     std::shared_ptr<Tap> tap;
+    /// In which the tap was installed.
+    AudioFormat format;
     bool isRunning = false;
+    bool isStopping = false;
     bool isAbandoned = false;
 
-    static QCoro::Task<> start(std::shared_ptr<Capture> capture, std::shared_ptr<Tap> tap);
+    static QCoro::Task<AudioFormat> start(std::shared_ptr<Capture> capture, std::shared_ptr<Tap> tap);
     static QCoro::Task<> stop(std::shared_ptr<Capture> capture);
+    static AudioInput::EndHandler whenEnded(const std::shared_ptr<Capture>& capture);
     void install(std::shared_ptr<Tap> newTap);
+    void ended(const QString& reason);
+    void letGo();
     void abandon();
 };
 
 void AudioEngine::Capture::install(std::shared_ptr<Tap> newTap)
 {
-    const AudioFormat format = input.inputFormat();
+    format = input.inputFormat();
     if (!(format.sampleRate > 0))
         throw Error(QStringLiteral("no audio input available"));
     tap = std::move(newTap);
@@ -135,18 +150,28 @@ void AudioEngine::Capture::install(std::shared_ptr<Tap> newTap)
     input.prepare();
 }
 
-QCoro::Task<> AudioEngine::Capture::start(std::shared_ptr<Capture> capture, std::shared_ptr<Tap> tap)
+AudioInput::EndHandler AudioEngine::Capture::whenEnded(const std::shared_ptr<Capture>& capture)
+{
+    return [weak = std::weak_ptr(capture)](const QString& reason) {
+        if (const auto alive = weak.lock())
+            alive->ended(reason);
+    };
+}
+
+QCoro::Task<AudioFormat> AudioEngine::Capture::start(std::shared_ptr<Capture> capture,
+                                                     std::shared_ptr<Tap> tap)
 {
     co_await capture->gate.enter();
     const auto turn = qScopeGuard([capture] { capture->gate.leave(); });
     if (capture->isRunning)
-        co_return;
+        co_return AudioFormat(capture->format);
     if (capture->isAbandoned)
         throw Error(QStringLiteral("audio capture was abandoned"));
     capture->install(std::move(tap));
     std::exception_ptr failure;
     try {
-        co_await capture->input.start();
+        AudioInput::EndHandler ended = whenEnded(capture);
+        co_await capture->input.start(std::move(ended));
     } catch (...) {
         failure = std::current_exception();
     }
@@ -159,6 +184,7 @@ QCoro::Task<> AudioEngine::Capture::start(std::shared_ptr<Capture> capture, std:
         std::rethrow_exception(failure);
     }
     capture->isRunning = true;
+    co_return AudioFormat(capture->format);
 }
 
 QCoro::Task<> AudioEngine::Capture::stop(std::shared_ptr<Capture> capture)
@@ -167,9 +193,29 @@ QCoro::Task<> AudioEngine::Capture::stop(std::shared_ptr<Capture> capture)
     const auto turn = qScopeGuard([capture] { capture->gate.leave(); });
     if (!capture->isRunning)
         co_return;
+    // An end from here on is what was asked for.
+    capture->isStopping = true;
     co_await capture->input.removeTap();
     capture->input.stop();
+    capture->isStopping = false;
     capture->isRunning = false;
+}
+
+void AudioEngine::Capture::ended(const QString& reason)
+{
+    if (!isRunning || isStopping)
+        return;
+    letGo();
+    // Held here: the callback may start capture again, with a tap of its own.
+    const std::shared_ptr<const Tap> tapOfThisRun = tap;
+    tapOfThisRun->reportEnd(reason);
+}
+
+void AudioEngine::Capture::letGo()
+{
+    isRunning = false;
+    input.stop();
+    const QCoro::Task<> removing = input.removeTap();
 }
 
 void AudioEngine::Capture::abandon()
@@ -180,13 +226,11 @@ void AudioEngine::Capture::abandon()
     // A task that is at work cleans up by itself.
     if (!isRunning || gate.isOccupied())
         return;
-    isRunning = false;
-    input.stop();
-    const QCoro::Task<> removing = input.removeTap();
+    letGo();
 }
 
 AudioEngine::AudioEngine(AudioInput& input, MainQueue& queue)
-    : capture_(std::make_shared<Capture>(Capture{input, queue, TurnGate(queue), nullptr}))
+    : capture_(std::make_shared<Capture>(Capture{input, queue, TurnGate(queue), nullptr, {}}))
 {
 }
 
@@ -200,14 +244,9 @@ bool AudioEngine::running() const
     return capture_->isRunning;
 }
 
-AudioFormat AudioEngine::inputFormat() const
+QCoro::Task<AudioFormat> AudioEngine::start()
 {
-    return capture_->input.inputFormat();
-}
-
-QCoro::Task<> AudioEngine::start()
-{
-    return Capture::start(capture_, std::make_shared<Tap>(capture_->queue, onBuffer, onLevel));
+    return Capture::start(capture_, std::make_shared<Tap>(capture_->queue, onBuffer, onLevel, onEnd));
 }
 
 QCoro::Task<> AudioEngine::stop()

@@ -5,6 +5,7 @@
 #include "ports/audio_input.h"
 
 #include <QCoroTask>
+#include <QString>
 
 #include <functional>
 #include <memory>
@@ -40,14 +41,19 @@ public:
     /// without float samples), later, on the main thread. Taken by `start` like `onBuffer`.
     std::function<void(float)> onLevel;
 
-    /// From the end of a successful `start` to the end of `stop`.
+    /// Called on the main thread when capture has ended by itself, with the reason, which the log has
+    /// already: the device or the sound server went away, or no sound came. All that was recorded has
+    /// been passed to `onBuffer` before. At most once for each start, never once `stop` was called; it
+    /// may call `start`, which takes the device that is the default one by then, and may destroy the
+    /// engine. Taken by `start` like `onBuffer`.
+    std::function<void(const QString& reason)> onEnd;
+
+    /// From the end of a successful `start` to the end of `stop`, or until capture ends by itself.
     [[nodiscard]] bool running() const;
-    /// The format of the default input device; a sample rate of 0 means that there is none.
-    [[nodiscard]] AudioFormat inputFormat() const;
-    /// Starts capture; the task ends when the device runs. Does nothing when it does already. Throws
-    /// `Error` when there is no input device and when the input can't be started; nothing is left
-    /// installed then.
-    [[nodiscard]] QCoro::Task<> start();
+    /// Starts capture; the task ends when the device runs, and gives the format in which all buffers
+    /// come until capture ends. Does nothing but that when capture runs already. Throws `Error` when
+    /// there is no input device and when the input can't be started; nothing is left installed then.
+    [[nodiscard]] QCoro::Task<AudioFormat> start();
     /// Stops capture. All that was recorded up to this call has been passed to `onBuffer` when the task
     /// ends. Does nothing when capture isn't running.
     [[nodiscard]] QCoro::Task<> stop();

@@ -5,6 +5,8 @@
 #include "system/audio/pulse_recording.h"
 #include "system/audio/pulse_thread.h"
 
+#include <utility>
+
 namespace corvandi {
 namespace {
 
@@ -61,11 +63,12 @@ void PulseAudioInput::prepare()
     server_.connectIfNeeded();
 }
 
-QCoro::Task<> PulseAudioInput::start()
+QCoro::Task<> PulseAudioInput::start(EndHandler ended)
 {
     server_.connectIfNeeded();
     failStart(QStringLiteral("recording was started anew"));
     const uint64_t run = ++run_;
+    ended_ = std::move(ended);
     const OneShot<Done> outcome;
     const auto timedOut = [this] {
         failStart(QStringLiteral("the microphone did not start within 2 seconds"));
@@ -79,6 +82,7 @@ QCoro::Task<> PulseAudioInput::start()
 void PulseAudioInput::stop()
 {
     ++run_;
+    ended_ = nullptr;
     server_.thread().post([this] { recording_.reset(); });
     failStart(QStringLiteral("recording was stopped while it started"));
 }
@@ -117,10 +121,15 @@ void PulseAudioInput::recordingFailed(uint64_t run, const QString& reason)
 {
     if (run != run_)
         return;
-    if (pendingStart_)
+    // Taken out first: both may start the next run.
+    const EndHandler ended = std::exchange(ended_, nullptr);
+    if (pendingStart_) {
         failStart(reason);
-    else
-        log_.write(QStringLiteral("recording ended: ") + reason);
+        return;
+    }
+    log_.write(QStringLiteral("recording ended: ") + reason);
+    if (ended)
+        ended(reason);
 }
 
 void PulseAudioInput::failStart(const QString& reason)

@@ -20,9 +20,8 @@ class PulseRecording;
 /// the server lost arrives as silence of the same length.
 ///
 /// A start that has not succeeded after 2 seconds (the server or the device hangs) fails. `stop` makes
-/// a start that is still under way fail. A recording that ends by itself (device unplugged, server
-/// gone, no sound for a second) is logged; the block is not called any more, and the sound so far can
-/// still be drained by `removeTap`.
+/// a start that is still under way fail. A recording ends by itself when the device is unplugged, when
+/// the server goes, and when no sound comes for a second.
 ///
 /// Thread: main thread only; the tap block runs on the sound thread.
 class PulseAudioInput : public AudioInput {
@@ -37,7 +36,7 @@ public:
     void installTap(uint32_t frames, const AudioFormat& format, TapBlock block) override;
     [[nodiscard]] QCoro::Task<> removeTap() override;
     void prepare() override;
-    [[nodiscard]] QCoro::Task<> start() override;
+    [[nodiscard]] QCoro::Task<> start(EndHandler ended) override;
     void stop() override;
 
 private:
@@ -57,6 +56,8 @@ private:
     SystemLog& log_;
     std::unique_ptr<Tap> tap_;
     std::optional<PendingStart> pendingStart_;
+    /// Of the run that is under way.
+    EndHandler ended_;
     /// Counts starts and stops: reports of an earlier run don't count.
     uint64_t run_ = 0;
     Mailbox mailbox_;

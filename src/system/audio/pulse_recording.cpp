@@ -196,6 +196,7 @@ void PulseRecording::fail(const QString& reason)
     watchdog_.reset();
     latencyQuery_.reset();
     stream_.reset();
+    blocks_.flush();
     // At most once: further calls find nothing to tell.
     if (const auto failed = std::exchange(events_.failed, {}))
         failed(reason);

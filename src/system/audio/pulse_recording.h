@@ -54,7 +54,7 @@ public:
         /// The device runs.
         std::function<void()> started;
         /// Recording could not be started, or has ended by itself, for the reason given. Called at most
-        /// once; the tap is not called for new sound after it.
+        /// once, after all sound has been handed over.
         std::function<void(const QString& reason)> failed;
     };
 

@@ -27,9 +27,10 @@ protected:
     {
         engine->onBuffer = [this](const AudioBuffer& buffer) { received.push_back(buffer); };
         engine->onLevel = [this](float level) { levels.push_back(level); };
+        engine->onEnd = [this](const QString& reason) { ends.push_back(reason.toStdString()); };
     }
 
-    TaskOutcome<> start() { return TaskOutcome<>(engine->start()); }
+    TaskOutcome<AudioFormat> start() { return TaskOutcome<AudioFormat>(engine->start()); }
     TaskOutcome<> stop() { return TaskOutcome<>(engine->stop()); }
     void deliver(const AudioBuffer& buffer)
     {
@@ -41,6 +42,7 @@ protected:
     FakeAudioInput input;
     std::vector<AudioBuffer> received;
     std::vector<float> levels;
+    std::vector<std::string> ends;
     std::optional<AudioEngine> engine{std::in_place, input, queue};
 };
 
@@ -55,12 +57,18 @@ TEST_F(AudioEngineTest, StartTapsTheInputWith2048FramesInItsOwnFormatAndThenStar
     EXPECT_EQ(input.tapFormat, input.format);
 }
 
-TEST_F(AudioEngineTest, TellsTheFormatOfTheDefaultInputWithoutStartingAnything)
+TEST_F(AudioEngineTest, StartTellsTheFormatOfTheBuffersAlsoWhenTheDefaultInputChangesMeanwhile)
 {
-    input.format = {96000, 4, SampleFormat::float32};
-    EXPECT_EQ(engine->inputFormat(), input.format);
-    EXPECT_FALSE(engine->running());
-    EXPECT_THAT(input.calls, IsEmpty());
+    const AudioFormat first{96000, 4, SampleFormat::float32};
+    input.format = first;
+    input.starting.hold();
+    const auto outcome = start();
+    input.format = microphoneFormat;
+    input.starting.release();
+    EXPECT_EQ(outcome.value(), first);
+    EXPECT_EQ(input.tapFormat, first);
+    // It runs already: its buffers come as before.
+    EXPECT_EQ(start().value(), first);
 }
 
 TEST_F(AudioEngineTest, IsNotRunningBeforeTheDeviceRuns)
@@ -363,6 +371,104 @@ TEST_F(AudioEngineTest, AStopThatIsUnderWayWhenTheEngineIsDestroyedCompletes)
     EXPECT_TRUE(outcome.hasSucceeded());
     EXPECT_FALSE(input.isRunning());
     EXPECT_EQ(input.count("removeTap"), 1);
+}
+
+class AudioEngineEndTest : public AudioEngineTest {
+protected:
+    AudioEngineEndTest() { EXPECT_TRUE(start().hasSucceeded()); }
+
+    void end()
+    {
+        input.end(QStringLiteral("unplugged"));
+        queue.drain();
+    }
+};
+
+TEST_F(AudioEngineEndTest, CaptureThatEndsByItselfIsReportedAndRunsNoLonger)
+{
+    end();
+    EXPECT_THAT(ends, ElementsAre("unplugged"));
+    EXPECT_FALSE(engine->running());
+    EXPECT_FALSE(input.hasTap());
+}
+
+TEST_F(AudioEngineEndTest, AllSoundComesBeforeTheReport)
+{
+    size_t buffersAtTheEnd = 0;
+    EXPECT_TRUE(stop().hasSucceeded());
+    engine->onEnd = [&](const QString&) { buffersAtTheEnd = received.size(); };
+    EXPECT_TRUE(start().hasSucceeded());
+    input.deliver(tagged(0.5F));
+    input.holdBack(tagged(0.25F, 100));
+    end();
+    EXPECT_EQ(buffersAtTheEnd, 2U);
+    EXPECT_THAT(tags(received), ElementsAre(0.5F, 0.25F));
+}
+
+TEST_F(AudioEngineEndTest, AStopAfterTheEndHasNothingToDo)
+{
+    end();
+    input.calls.clear();
+    EXPECT_TRUE(stop().hasSucceeded());
+    EXPECT_THAT(input.calls, IsEmpty());
+}
+
+TEST_F(AudioEngineEndTest, ALaterStartTakesTheDeviceThatIsTheDefaultByThen)
+{
+    end();
+    input.format = {16000, 1, SampleFormat::float32};
+    EXPECT_EQ(start().value(), input.format);
+    EXPECT_TRUE(engine->running());
+    EXPECT_EQ(input.tapFormat, input.format);
+    deliver(tagged(0.5F, 2048, 16000));
+    EXPECT_THAT(tags(received), ElementsAre(0.5F));
+    end();
+    EXPECT_THAT(ends, ElementsAre("unplugged", "unplugged"));
+}
+
+TEST_F(AudioEngineEndTest, CaptureMayBeStartedAgainInsideTheReport)
+{
+    EXPECT_TRUE(stop().hasSucceeded());
+    std::optional<TaskOutcome<AudioFormat>> restart;
+    engine->onEnd = [&](const QString&) { restart = start(); };
+    EXPECT_TRUE(start().hasSucceeded());
+    end();
+    ASSERT_TRUE(restart);
+    EXPECT_TRUE(restart->hasSucceeded());
+    EXPECT_TRUE(engine->running());
+    EXPECT_TRUE(input.hasTap());
+}
+
+TEST_F(AudioEngineEndTest, TheEngineMayBeDestroyedInsideTheReport)
+{
+    EXPECT_TRUE(stop().hasSucceeded());
+    engine->onEnd = [&](const QString&) { engine.reset(); };
+    EXPECT_TRUE(start().hasSucceeded());
+    end();
+    EXPECT_FALSE(engine);
+    EXPECT_FALSE(input.isRunning());
+}
+
+TEST_F(AudioEngineEndTest, AnEndWhileCaptureIsBeingStoppedIsNotReported)
+{
+    input.removing.hold();
+    const auto stopping = stop();
+    end();
+    EXPECT_THAT(ends, IsEmpty());
+    input.removing.release();
+    EXPECT_TRUE(stopping.hasSucceeded());
+    EXPECT_FALSE(engine->running());
+
+    EXPECT_TRUE(start().hasSucceeded());
+    end();
+    EXPECT_THAT(ends, ElementsAre("unplugged"));
+}
+
+TEST_F(AudioEngineEndTest, AnEndIsOfNoInterestToAnyoneWhenTheEngineIsDestroyed)
+{
+    engine.reset();
+    end();
+    EXPECT_THAT(ends, IsEmpty());
 }
 
 } // namespace

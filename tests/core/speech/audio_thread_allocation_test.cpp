@@ -111,7 +111,7 @@ TEST_F(AudioThreadAllocation, TheTapAllocatesTheDispatchOfTheLevelOnly)
     AudioEngine engine(input, queue);
     engine.onBuffer = [](const AudioBuffer&) {};
     engine.onLevel = [](float) {};
-    ASSERT_TRUE(TaskOutcome<>(engine.start()).hasSucceeded());
+    ASSERT_TRUE(TaskOutcome<AudioFormat>(engine.start()).hasSucceeded());
     EXPECT_EQ(allocationsOf([&] { input.deliver(buffer); }), 1);
 }
 

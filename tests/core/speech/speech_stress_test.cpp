@@ -162,7 +162,7 @@ TEST(AudioEngineStress, NoCallbackRunsOnceTheEngineIsDestroyed)
                 EXPECT_TRUE(isAlive);
                 ++levelCount;
             };
-            EXPECT_TRUE(TaskOutcome<>(engine.start()).hasSucceeded());
+            EXPECT_TRUE(TaskOutcome<AudioFormat>(engine.start()).hasSucceeded());
             audio.waitForCalls(3);
             queue.drain();
             // Every other engine is stopped properly, the ones between are destroyed as they run.

@@ -189,7 +189,7 @@ TEST_F(PulseAudioInputTest, AStopDuringTheStartMakesItFail)
     bool hasFailed = false;
     const auto run = [](PulseAudioInput& input, bool& failed) -> QCoro::Task<> {
         try {
-            co_await input.start();
+            co_await input.start({});
         } catch (const Error&) {
             failed = true;
         }

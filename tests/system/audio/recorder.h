@@ -35,7 +35,11 @@ public:
         });
         input->prepare();
         bool hasEnded = false;
-        const auto starting = observe(input->start(), hasEnded);
+        const auto starting = observe(input->start([this](const QString& reason) {
+            ends.push_back(reason);
+            samplesAtTheEnd = samples().size();
+        }),
+                                      hasEnded);
         return waitUntil([&] { return hasEnded; }) && !startFailure;
     }
     /// Removes the tap and stops; false when that took too long.
@@ -81,6 +85,9 @@ public:
     PulseServer server{queue, log};
     std::unique_ptr<PulseAudioInput> input = std::make_unique<PulseAudioInput>(server, queue, log);
     std::optional<QString> startFailure;
+    /// Why recordings have ended by themselves, and what had come until the latest such end.
+    std::vector<QString> ends;
+    size_t samplesAtTheEnd = 0;
 
 private:
     QCoro::Task<> observe(QCoro::Task<> task, bool& hasEnded)

@@ -22,6 +22,16 @@ protected:
         ASSERT_TRUE(recorder.start());
         ASSERT_TRUE(recorder.waitForSound());
     }
+    /// Waits for the report of the recording's end, after which no sound comes.
+    void expectTheEnd()
+    {
+        EXPECT_TRUE(waitUntil([this] { return !recorder.ends.empty(); }));
+        EXPECT_TRUE(recorder.log.contains(QStringLiteral("recording ended")));
+        EXPECT_TRUE(recorder.stop());
+        runFor(100ms);
+        EXPECT_EQ(recorder.samples().size(), recorder.samplesAtTheEnd);
+        EXPECT_EQ(recorder.ends.size(), 1U);
+    }
     void expectThatRecordingWorks()
     {
         EXPECT_TRUE(recorder.start()) << recorder.startFailure.value_or(QString()).toStdString();
@@ -78,9 +88,8 @@ TEST_F(SoundFaultsTest, AServerKilledWhileRecordingIsLoggedAndTheNextStartAfterI
     startRecording();
     const size_t before = recorder.samples().size();
     EndedSoundServer ended;
-    EXPECT_TRUE(logs("recording ended"));
+    expectTheEnd();
     EXPECT_TRUE(logs("lost the sound server"));
-    EXPECT_TRUE(recorder.stop());
     EXPECT_GE(recorder.samples().size(), before);
     EXPECT_EQ(recorder.input->inputFormat().sampleRate, 0);
     ended.bringBack();
@@ -101,12 +110,8 @@ TEST_F(SoundFaultsTest, AnUnpluggedMicrophoneEndsTheRecordingAndKeepsWhatWasHear
 {
     startRecording();
     UnpluggedMicrophone unplugged;
-    EXPECT_TRUE(logs("recording ended"));
-    const size_t whole = recorder.samples().size();
-    EXPECT_EQ(whole % Recorder::framesPerBlock, 0U);
-    EXPECT_TRUE(recorder.stop());
-    EXPECT_GE(recorder.samples().size(), whole);
-    EXPECT_LT(recorder.samples().size(), whole + Recorder::framesPerBlock);
+    expectTheEnd();
+    EXPECT_GT(recorder.samples().size(), 0U);
     unplugged.plugIn();
     EXPECT_TRUE(recorder.waitForMicrophone());
     expectThatRecordingWorks();
@@ -117,10 +122,8 @@ TEST_F(SoundFaultsTest, AServerThatHangsWhileRecordingEndsTheRecording)
     startRecording();
     {
         const HungSoundServer hung;
-        EXPECT_TRUE(logs("the device delivers no sound"));
-        const auto begin = Recorder::Clock::now();
-        EXPECT_TRUE(recorder.stop());
-        EXPECT_LT(Recorder::Clock::now() - begin, 1s);
+        expectTheEnd();
+        EXPECT_EQ(recorder.ends.front(), QStringLiteral("the device delivers no sound"));
     }
     expectThatRecordingWorks();
 }
@@ -156,8 +159,8 @@ TEST_F(SoundFaultsTest, ADeviceThatIsSuspendedEndsTheRecording)
         GTEST_SKIP() << "this server wakes a device as long as somebody records from it";
     ASSERT_TRUE(
         testing::pactl({QStringLiteral("suspend-source"), QStringLiteral("mic"), QStringLiteral("1")}));
-    EXPECT_TRUE(logs("the device delivers no sound"));
-    EXPECT_TRUE(recorder.stop());
+    expectTheEnd();
+    EXPECT_EQ(recorder.ends.front(), QStringLiteral("the device delivers no sound"));
     ASSERT_TRUE(
         testing::pactl({QStringLiteral("suspend-source"), QStringLiteral("mic"), QStringLiteral("0")}));
     expectThatRecordingWorks();
