@@ -31,6 +31,7 @@ public:
     [[nodiscard]] virtual Conversion convert(const AudioBuffer& buffer, uint32_t frameCapacity) = 0;
 };
 
+/// Thread: any; what it takes is bounded and far below the length of a buffer of sound.
 class AudioConverterFactory {
 public:
     virtual ~AudioConverterFactory() = default;

@@ -50,7 +50,7 @@ public:
                                                          const AudioFormat& to) override
     {
         creations.push_back({from, to});
-        return isAvailable ? std::make_unique<Converter>(to, *this) : nullptr;
+        return isAvailable ? std::make_unique<Converter>(from, to, *this) : nullptr;
     }
 
 private:
@@ -61,8 +61,9 @@ private:
 
     class Converter : public AudioConverter {
     public:
-        Converter(AudioFormat to, const FakeAudioConverterFactory& made)
-            : to_(to)
+        Converter(const AudioFormat& from, const AudioFormat& to, const FakeAudioConverterFactory& made)
+            : from_(from)
+            , to_(to)
             , behaviour_(made.behaviour)
             , hook_(made.whileConverting)
             , record_(made.record_)
@@ -78,6 +79,8 @@ private:
                 record_->calls.push_back(
                     {buffer.frameLength(), buffer.floatSamples().front(), frameCapacity});
             }
+            if (buffer.format() != from_)
+                return {{}, QStringLiteral("not the format that was agreed on")};
             return answer(resampled(buffer, frameCapacity));
         }
 
@@ -109,6 +112,7 @@ private:
             return {to_, std::move(samples)};
         }
 
+        AudioFormat from_;
         AudioFormat to_;
         Behaviour behaviour_;
         std::function<void()> hook_;

@@ -58,6 +58,19 @@ BufferConversion convertBuffer(const AudioBuffer& buffer, const AudioFormat& tar
     }
 }
 
+BufferConversion FormatConverter::convert(const AudioBuffer& buffer)
+{
+    if (buffer.format() == target_ || buffer.format() == source_)
+        return convertBuffer(buffer, target_, converter_.get());
+    source_ = buffer.format();
+    converter_ = factory_.create(source_, target_);
+    if (!converter_)
+        return {std::nullopt, QStringLiteral("there is no way from %1 Hz, %2 channels to the engine's format")
+                                  .arg(source_.sampleRate)
+                                  .arg(source_.channelCount)};
+    return convertBuffer(buffer, target_, converter_.get());
+}
+
 PendingAudio::Buffers PendingAudio::append(Buffers node)
 {
     frames_ = addFrames(frames_, node.front().frameLength());
@@ -118,7 +131,7 @@ std::optional<SpeechInput::Route> SpeechInput::keep(PendingAudio::Buffers node)
 
 PendingAudio::Buffers SpeechInput::convert(const AudioBuffer& buffer, const Route& route)
 {
-    BufferConversion conversion = convertBuffer(buffer, route.format, route.converter.get());
+    BufferConversion conversion = route.converter->convert(buffer);
     if (conversion.error) {
         // The audio thread must not log.
         queue_.async([&log = log_, error = *conversion.error] {

@@ -41,6 +41,41 @@ struct BufferConversion {
 [[nodiscard]] BufferConversion convertBuffer(const AudioBuffer& buffer, const AudioFormat& target,
                                              AudioConverter* converter);
 
+/// Brings the sound of one dictation into the engine's format, from whichever format it comes in: after
+/// its microphone has gone, a dictation can go on with another one.
+///
+/// A converter for a new format is made where the first such buffer is converted, that is on the audio
+/// thread while sound is streamed. That happens once for each recording and takes less time than the
+/// conversion of a buffer; handing it to the main thread would mean to keep and to order all sound that
+/// comes meanwhile.
+///
+/// Thread: any, one at a time.
+class FormatConverter {
+public:
+    /// `converter` is the one from `source` to `target`; `factory`, which outlives this object, makes the
+    /// others.
+    FormatConverter(AudioConverterFactory& factory, const AudioFormat& source, const AudioFormat& target,
+                    std::unique_ptr<AudioConverter> converter)
+        : factory_(factory)
+        , source_(source)
+        , target_(target)
+        , converter_(std::move(converter))
+    {
+    }
+
+    /// What `convertBuffer` makes of `buffer`. That there is no converter for its format is an error of
+    /// the first such buffer only.
+    [[nodiscard]] BufferConversion convert(const AudioBuffer& buffer);
+
+private:
+    AudioConverterFactory& factory_;
+    /// Of the latest buffer that needed a converter.
+    AudioFormat source_;
+    AudioFormat target_;
+    /// Null when there is none for `source_`.
+    std::unique_ptr<AudioConverter> converter_;
+};
+
 /// The sound that was captured before anybody could take it, oldest first; only the last seconds of
 /// it. Handing buffers in and out moves list nodes and allocates nothing.
 ///
@@ -78,9 +113,7 @@ class SpeechInput {
 public:
     /// Where the sound goes and how it gets there.
     struct Route {
-        AudioFormat format;
-        /// From the microphone's format to `format`.
-        std::shared_ptr<AudioConverter> converter;
+        std::shared_ptr<FormatConverter> converter;
         std::shared_ptr<AudioStream> stream;
     };
 

@@ -129,11 +129,13 @@ QCoro::Task<> SpeechService::Core::start(std::shared_ptr<Core> core, AudioFormat
     core->requireCurrent(dictation);
     if (!format)
         throw SpeechError::noAnalyzerFormat();
-    const std::shared_ptr<AudioConverter> converter = core->converters.create(inputFormat, *format);
+    std::unique_ptr<AudioConverter> converter = core->converters.create(inputFormat, *format);
     if (!converter)
         throw SpeechError::converterUnavailable();
     const auto stream = std::make_shared<AudioStream>();
-    core->input.connect({*format, converter, stream});
+    core->input.connect(
+        {std::make_shared<FormatConverter>(core->converters, inputFormat, *format, std::move(converter)),
+         stream});
     // Held here too: the task of an analyzer must not outlive it.
     const std::shared_ptr<SpeechAnalyzer> analyzer = core->analyzer;
     core->results = collectResults(analyzer, core->log);

@@ -74,17 +74,19 @@ public:
     /// Sees to it that the speech model is on this computer, which may mean a long download. Throws
     /// `SpeechError` (unsupported locale) and whatever the framework throws.
     [[nodiscard]] QCoro::Task<> ensureModel();
-    /// Begins a dictation with sound in the microphone's format. When the task ends, the engine runs
-    /// and has been given all that was fed so far. Throws `SpeechError` and whatever the framework
-    /// throws; a failed start is undone by `finish` or by the next start, and the sound that was kept
-    /// stays kept until one of them. Ends with an `Error` when `finish`, another `start` or the
+    /// Begins a dictation with sound in the microphone's format, `inputFormat`. When the task ends, the
+    /// engine runs and has been given all that was fed so far. Throws `SpeechError` and whatever the
+    /// framework throws; a failed start is undone by `finish` or by the next start, and the sound that was
+    /// kept stays kept until one of them. Ends with an `Error` when `finish`, another `start` or the
     /// destructor comes before its end.
     [[nodiscard]] QCoro::Task<> start(AudioFormat inputFormat);
-    /// Takes one buffer of sound, in the format that `start` was or will be told.
+    /// Takes one buffer of sound, best in the format that `start` was or will be told. The format may
+    /// change on the way, as it does when the dictation goes on with another microphone.
     ///
     /// Thread: any, one at a time, also while the other operations run. Never waits for the engine;
-    /// allocates the copy or the converted buffer only. Conversion errors are logged, later and on the
-    /// main thread, and cost that buffer alone.
+    /// allocates the copy or the converted buffer only, and a converter for the first buffer in a format
+    /// that the one before did not have. Conversion errors are logged, later and on the main thread, and
+    /// cost that buffer alone; a format from which nothing leads to the engine's is logged once.
     void feed(const AudioBuffer& buffer);
     /// Ends the dictation and waits for its text. Never throws: failures are logged and told by
     /// `failed`. Without a dictation the text is empty. How long it takes is up to the engine; whoever

@@ -208,5 +208,72 @@ TEST_F(SpeechFeedTest, BuffersFromWhichNoSoundComesAreDropped)
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
+/// Another microphone than the one that a dictation was begun with.
+constexpr AudioFormat otherFormat{44100, 2, SampleFormat::float32};
+
+AudioBuffer fromOther(float tag)
+{
+    return {otherFormat, std::vector<float>(4096, tag)};
+}
+
+TEST_F(SpeechFeedTest, SoundInAnotherFormatGoesOnThroughAConverterOfItsOwn)
+{
+    EXPECT_TRUE(start().hasSucceeded());
+    feed(1);
+    service->feed(fromOther(2));
+    service->feed(fromOther(3));
+    feed(4);
+    EXPECT_TRUE(finish().hasSucceeded());
+    EXPECT_THAT(received(), ElementsAre(1, 2, 3, 4));
+    std::vector<AudioFormat> sources;
+    for (const auto& creation : converters.creations)
+        sources.push_back(creation.from);
+    EXPECT_THAT(sources, ElementsAre(microphoneFormat, otherFormat, microphoneFormat));
+    queue.drain();
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST_F(SpeechFeedTest, TheFormatMayChangeBeforeTheEngineRuns)
+{
+    feed(1);
+    service->feed(fromOther(2));
+    EXPECT_TRUE(start().hasSucceeded());
+    service->feed(fromOther(3));
+    EXPECT_TRUE(finish().hasSucceeded());
+    EXPECT_THAT(received(), ElementsAre(1, 2, 3));
+    EXPECT_THAT(converters.creations, SizeIs(2));
+}
+
+TEST_F(SpeechFeedTest, ABufferInTheEnginesFormatLeavesTheConverterAsItIs)
+{
+    EXPECT_TRUE(start().hasSucceeded());
+    feed(1);
+    service->feed(tagged(2, 682, 16000));
+    feed(3);
+    EXPECT_TRUE(finish().hasSucceeded());
+    EXPECT_THAT(received(), ElementsAre(1, 2, 3));
+    EXPECT_THAT(converters.creations, SizeIs(1));
+}
+
+TEST_F(SpeechFeedTest, AFormatWithoutAConverterIsLoggedOnceAndAnotherOneIsTriedAgain)
+{
+    EXPECT_TRUE(start().hasSucceeded());
+    feed(1);
+    converters.isAvailable = false;
+    for (int count = 0; count < 20; ++count)
+        service->feed(fromOther(2));
+    EXPECT_THAT(log.lines(), IsEmpty());
+    queue.drain();
+    EXPECT_THAT(log.lines(),
+                ElementsAre(QStringLiteral("Corvandi: audio conversion error: there is no way from "
+                                           "44100 Hz, 2 channels to the engine's format")));
+    EXPECT_THAT(converters.creations, SizeIs(2));
+
+    converters.isAvailable = true;
+    feed(3);
+    EXPECT_TRUE(finish().hasSucceeded());
+    EXPECT_THAT(received(), ElementsAre(1, 3));
+}
+
 } // namespace
 } // namespace corvandi::testing
