@@ -37,7 +37,8 @@ public:
     /// last one may be shorter). Replaces a tap that is installed already.
     virtual void installTap(uint32_t frames, const AudioFormat& format, TapBlock block) = 0;
     /// Hands everything that was recorded up to this call to the block, then forgets the block, which
-    /// is never called after the task has ended. Bounded: at most 100 ms.
+    /// is never called after the task has ended. Takes as long as the device's sound takes to get here,
+    /// at most half a second; ends at once when nothing is recorded any more.
     [[nodiscard]] virtual QCoro::Task<> removeTap() = 0;
     /// Gets everything ready that `start` will need.
     virtual void prepare() = 0;

@@ -21,7 +21,7 @@ class PulseRecording;
 ///
 /// A start that has not succeeded after 2 seconds (the server or the device hangs) fails. `stop` makes
 /// a start that is still under way fail. A recording ends by itself when the device is unplugged, when
-/// the server goes, and when no sound comes for a second.
+/// the server goes, and when no sound comes for a second; the first may take four.
 ///
 /// Thread: main thread only; the tap block runs on the sound thread.
 class PulseAudioInput : public AudioInput {

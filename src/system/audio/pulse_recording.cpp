@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 #include <span>
+#include <utility>
 
 namespace corvandi {
 
@@ -69,12 +70,24 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// In which pieces the server sends: small ones, so that little is on its way at any time.
-constexpr auto pieceLength = 10ms;
-/// A device that delivers nothing for so long has been suspended or hangs.
-constexpr std::chrono::microseconds silenceLimit = 1s;
+/// In which pieces the server sends. Two of them make a block of 2048 frames, at 44.1 kHz as well;
+/// shorter ones would make it no earlier, but PipeWire would have every other program's sound go by them.
+constexpr auto pieceLength = 24ms;
+/// A Bluetooth headset changes its profile before it delivers anything.
+constexpr std::chrono::microseconds firstSoundLimit = 4s;
+/// A device that delivers nothing for so long after that has been suspended or hangs.
+constexpr std::chrono::microseconds gapLimit = 1s;
+/// A server that does not tell the latency in that time hangs.
+constexpr std::chrono::microseconds latencyLimit = 200ms;
+/// What sound may be late on its way by.
+constexpr std::chrono::microseconds drainMargin = 50ms;
 /// Within what the port allows for removing the tap, with room for the way to the main thread.
-constexpr std::chrono::microseconds drainTimeLimit = 80ms;
+constexpr std::chrono::microseconds drainTimeLimit = 450ms;
+
+std::chrono::microseconds timeSince(pa_usec_t begin)
+{
+    return std::chrono::microseconds(pa_rtclock_now() - begin);
+}
 
 pa_sample_spec sampleSpec(const AudioFormat& format)
 {
@@ -104,6 +117,12 @@ PulseRecording::PulseRecording(pa_mainloop_api& loop, pa_context* context, const
     , events_(std::move(events))
 {
     connect(context, source, tap.format);
+}
+
+PulseRecording::~PulseRecording()
+{
+    if (drained_)
+        endDrain();
 }
 
 void PulseRecording::connect(pa_context* context, const SoundSource& source, const AudioFormat& format)
@@ -143,7 +162,7 @@ void PulseRecording::begin()
 {
     isRunning_ = true;
     lastSound_ = pa_rtclock_now();
-    awaitSound(silenceLimit);
+    awaitSound(gapLimit);
     events_.started();
 }
 
@@ -163,6 +182,8 @@ void PulseRecording::read()
 
 void PulseRecording::take(const void* data, size_t bytes)
 {
+    if (std::exchange(hasSound_, true))
+        longestGap_ = std::max(longestGap_, timeSince(lastSound_));
     lastSound_ = pa_rtclock_now();
     size_t samples = bytes / sizeof(float);
     if (samplesOnTheirWay_) {
@@ -178,9 +199,11 @@ void PulseRecording::take(const void* data, size_t bytes)
 
 void PulseRecording::checkForSound()
 {
-    const auto silence = std::chrono::microseconds(pa_rtclock_now() - lastSound_);
-    if (silence < silenceLimit)
-        awaitSound(silenceLimit - silence);
+    const auto limit = hasSound_ ? gapLimit : firstSoundLimit;
+    const auto silence = timeSince(lastSound_);
+    // Never longer than a gap may be: the first sound can come meanwhile.
+    if (silence < limit)
+        awaitSound(std::min(gapLimit, limit - silence));
     else
         fail(QStringLiteral("the device delivers no sound"));
 }
@@ -211,11 +234,19 @@ void PulseRecording::drain(std::function<void()> drained)
         endDrain();
         return;
     }
-    drainLimit_.emplace(loop_, pa_stream_get_context(stream_.get()), drainTimeLimit, [this] { endDrain(); });
+    drainBegin_ = pa_rtclock_now();
+    limitDrain(latencyLimit);
     latencyQuery_.reset(pa_stream_update_timing_info(
         stream_.get(),
         [](pa_stream*, int, void* self) { static_cast<PulseRecording*>(self)->measureWhatIsOnItsWay(); },
         this));
+}
+
+void PulseRecording::limitDrain(std::chrono::microseconds time)
+{
+    const auto left = drainTimeLimit - timeSince(drainBegin_);
+    drainLimit_.emplace(loop_, pa_stream_get_context(stream_.get()), std::min(time, left),
+                        [this] { endDrain(); });
 }
 
 void PulseRecording::measureWhatIsOnItsWay()
@@ -224,9 +255,17 @@ void PulseRecording::measureWhatIsOnItsWay()
     int isNegative = 0;
     if (pa_stream_get_latency(stream_.get(), &latency, &isNegative) < 0 || isNegative != 0)
         latency = 0;
-    samplesOnTheirWay_ = pa_usec_to_bytes(latency, pa_stream_get_sample_spec(stream_.get())) / sizeof(float);
+    // PipeWire tells the latency that the last piece had when it came, PulseAudio the present one, for
+    // which this is a little too much: nothing may be missing.
+    const auto onItsWay = std::chrono::microseconds(latency) + timeSince(lastSound_);
+    samplesOnTheirWay_ =
+        pa_usec_to_bytes(static_cast<pa_usec_t>(onItsWay.count()), pa_stream_get_sample_spec(stream_.get())) /
+        sizeof(float);
+    // The device's sound comes in pieces: the one that is being recorded must become full first.
     if (hasDrained())
         endDrain();
+    else
+        limitDrain(onItsWay + longestGap_ + drainMargin);
 }
 
 bool PulseRecording::hasDrained() const

@@ -79,4 +79,42 @@ private:
     bool isUnplugged_ = true;
 };
 
+inline bool isPipeWire()
+{
+    return outputOf(QStringLiteral("pactl"), {QStringLiteral("info")}).contains(QLatin1String("PipeWire"));
+}
+
+/// A microphone that is suspended for as long as this lives: it runs but delivers nothing. Not on PipeWire,
+/// which wakes a device as long as somebody records from it.
+class SuspendedMicrophone {
+public:
+    SuspendedMicrophone() { suspend(QStringLiteral("1")); }
+    ~SuspendedMicrophone() { suspend(QStringLiteral("0")); }
+    SuspendedMicrophone(const SuspendedMicrophone&) = delete;
+    SuspendedMicrophone& operator=(const SuspendedMicrophone&) = delete;
+
+private:
+    static void suspend(const QString& state)
+    {
+        pactl({QStringLiteral("suspend-source"), QStringLiteral("mic"), state});
+    }
+};
+
+/// Devices that deliver in pieces of 170 ms for as long as this lives. On PipeWire only.
+class LargePieces {
+public:
+    LargePieces() { set(QStringLiteral("8192")); }
+    ~LargePieces() { set(QStringLiteral("0")); }
+    LargePieces(const LargePieces&) = delete;
+    LargePieces& operator=(const LargePieces&) = delete;
+
+private:
+    static void set(const QString& frames)
+    {
+        (void)outputOf(QStringLiteral("pw-metadata"),
+                       {QStringLiteral("-n"), QStringLiteral("settings"), QStringLiteral("0"),
+                        QStringLiteral("clock.force-quantum"), frames});
+    }
+};
+
 } // namespace corvandi::testing
