@@ -33,6 +33,9 @@ public:
     /// The format of the default input device, as the device itself delivers it (float32). A sample
     /// rate of 0 means that there is none. Known without asking anybody while the sound server is up.
     [[nodiscard]] virtual AudioFormat inputFormat() = 0;
+    /// Whether the default input device is muted, or its volume zero, so that nothing but silence comes
+    /// of it. False when there is none. Known without asking anybody while the sound server is up.
+    [[nodiscard]] virtual bool isMuted() = 0;
     /// From the next `start` on, hands all sound to `block` in blocks of exactly `frames` frames (the
     /// last one may be shorter). Replaces a tap that is installed already.
     virtual void installTap(uint32_t frames, const AudioFormat& format, TapBlock block) = 0;

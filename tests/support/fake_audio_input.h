@@ -18,6 +18,8 @@ class FakeAudioInput : public AudioInput {
 public:
     /// Of the device; a sample rate of 0 means that there is none.
     AudioFormat format{48000, 1, SampleFormat::float32};
+    /// Whether the device is; what the test delivers stays as it is.
+    bool isDeviceMuted = false;
     ScriptedStep starting;
     ScriptedStep removing;
     /// What was called, in order.
@@ -58,6 +60,7 @@ public:
     }
 
     [[nodiscard]] AudioFormat inputFormat() override { return format; }
+    [[nodiscard]] bool isMuted() override { return isDeviceMuted && format.sampleRate > 0; }
     void installTap(uint32_t frames, const AudioFormat& formatOfTap, TapBlock block) override
     {
         calls.emplace_back("installTap");

@@ -244,6 +244,11 @@ bool AudioEngine::running() const
     return capture_->isRunning;
 }
 
+bool AudioEngine::isInputMuted() const
+{
+    return capture_->input.isMuted();
+}
+
 QCoro::Task<AudioFormat> AudioEngine::start()
 {
     return Capture::start(capture_, std::make_shared<Tap>(capture_->queue, onBuffer, onLevel, onEnd));

@@ -50,6 +50,8 @@ public:
 
     /// From the end of a successful `start` to the end of `stop`, or until capture ends by itself.
     [[nodiscard]] bool running() const;
+    /// Whether the default input device is muted, so that there is nothing to capture but silence.
+    [[nodiscard]] bool isInputMuted() const;
     /// Starts capture; the task ends when the device runs, and gives the format in which all buffers
     /// come until capture ends. Does nothing but that when capture runs already. Throws `Error` when
     /// there is no input device and when the input can't be started; nothing is left installed then.

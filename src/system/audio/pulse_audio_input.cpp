@@ -39,6 +39,11 @@ AudioFormat PulseAudioInput::inputFormat()
     return server_.sourceFormat();
 }
 
+bool PulseAudioInput::isMuted()
+{
+    return server_.isSourceMuted();
+}
+
 void PulseAudioInput::installTap(uint32_t frames, const AudioFormat& format, TapBlock block)
 {
     tap_ = std::make_unique<Tap>(Tap{{format, frames, std::move(block)}});

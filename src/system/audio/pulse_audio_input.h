@@ -33,6 +33,7 @@ public:
     PulseAudioInput& operator=(const PulseAudioInput&) = delete;
 
     [[nodiscard]] AudioFormat inputFormat() override;
+    [[nodiscard]] bool isMuted() override;
     void installTap(uint32_t frames, const AudioFormat& format, TapBlock block) override;
     [[nodiscard]] QCoro::Task<> removeTap() override;
     void prepare() override;

@@ -1,5 +1,7 @@
 #include "system/audio/pulse_connection.h"
 
+#include <utility>
+
 namespace corvandi {
 namespace {
 
@@ -50,7 +52,7 @@ void PulseConnection::fail()
         return;
     const int error = pa_context_errno(context_.get());
     state_ = {PulseConnectionState::Phase::failed, meansRefused(error), QString::fromUtf8(pa_strerror(error)),
-              AudioFormat()};
+              AudioFormat(), false};
     source_.reset();
     publish();
 }
@@ -86,7 +88,8 @@ void PulseConnection::querySource()
         // The server names a sink's monitor as the default source when there is no microphone at all;
         // recording the speakers would be worse than refusing.
         if (info->monitor_of_sink == PA_INVALID_INDEX)
-            connection->queried_ = SoundSource{info->name, info->sample_spec, info->channel_map};
+            connection->queried_ = SoundSource{info->name, info->sample_spec, info->channel_map,
+                                               info->mute != 0 || pa_cvolume_is_muted(&info->volume) != 0};
     };
     query_.reset(pa_context_get_source_info_by_name(context_.get(), "@DEFAULT_SOURCE@", answered, this));
 }
@@ -100,12 +103,13 @@ void PulseConnection::sourceQueried()
         return;
     }
     source_ = queried_;
-    const AudioFormat format = source_ ? source_->format() : AudioFormat();
-    if (state_.phase == PulseConnectionState::Phase::ready && format == state_.sourceFormat)
-        return;
-    state_.phase = PulseConnectionState::Phase::ready;
-    state_.sourceFormat = format;
-    publish();
+    PulseConnectionState state{PulseConnectionState::Phase::ready, false, {}, {}, false};
+    if (source_) {
+        state.sourceFormat = source_->format();
+        state.isSourceMuted = source_->isMuted;
+    }
+    if (std::exchange(state_, state) != state)
+        publish();
 }
 
 void PulseConnection::publish()

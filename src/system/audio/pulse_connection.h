@@ -93,6 +93,8 @@ struct SoundSource {
     std::string name;
     pa_sample_spec samples;
     pa_channel_map channels;
+    /// Also with its volume at zero.
+    bool isMuted = false;
 
     [[nodiscard]] AudioFormat format() const
     {
@@ -111,6 +113,10 @@ struct PulseConnectionState {
     QString failure;
     /// The default input device's format; sample rate 0 when there is none.
     AudioFormat sourceFormat;
+    /// Whether that device is muted.
+    bool isSourceMuted = false;
+
+    friend bool operator==(const PulseConnectionState&, const PulseConnectionState&) = default;
 };
 
 /// One connection to the sound server, from the attempt to its end. It knows the default input device

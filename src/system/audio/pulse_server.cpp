@@ -60,7 +60,7 @@ void PulseServer::connectionChanged(const PulseConnectionState& state)
     case PulseConnectionState::Phase::connecting:
         return;
     case PulseConnectionState::Phase::ready:
-        connected(state.sourceFormat);
+        connected(state);
         return;
     case PulseConnectionState::Phase::failed:
         disconnected(state);
@@ -68,7 +68,7 @@ void PulseServer::connectionChanged(const PulseConnectionState& state)
     }
 }
 
-void PulseServer::connected(const AudioFormat& sourceFormat)
+void PulseServer::connected(const PulseConnectionState& state)
 {
     if (!loggedFailure_.isEmpty())
         log_.write(QStringLiteral("connected to the sound server"));
@@ -76,7 +76,8 @@ void PulseServer::connected(const AudioFormat& sourceFormat)
     isConnected_ = true;
     isAttempting_ = false;
     refusesAccess_ = false;
-    sourceFormat_ = sourceFormat;
+    sourceFormat_ = state.sourceFormat;
+    isSourceMuted_ = state.isSourceMuted;
     socketWatch_.reset();
 }
 
@@ -91,6 +92,7 @@ void PulseServer::disconnected(const PulseConnectionState& state)
     isAttempting_ = false;
     refusesAccess_ = state.isRefused;
     sourceFormat_ = AudioFormat();
+    isSourceMuted_ = false;
     if (!socketWatch_)
         socketWatch_ = std::make_unique<SocketWatch>([this] { beginRetries(); });
     if (wasConnected)

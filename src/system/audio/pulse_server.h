@@ -39,6 +39,8 @@ public:
     /// The default input device's own format; a sample rate of 0 when there is no input device or no
     /// server. A sink's monitor is not an input device.
     [[nodiscard]] const AudioFormat& sourceFormat() const { return sourceFormat_; }
+    /// Whether that device is muted, or its volume zero.
+    [[nodiscard]] bool isSourceMuted() const { return isSourceMuted_; }
     /// Makes an attempt to connect, unless there is a connection or an attempt under way.
     void connectIfNeeded();
 
@@ -50,7 +52,7 @@ public:
 private:
     void attempt();
     void connectionChanged(const PulseConnectionState& state);
-    void connected(const AudioFormat& sourceFormat);
+    void connected(const PulseConnectionState& state);
     void disconnected(const PulseConnectionState& state);
     void beginRetries();
     void scheduleRetry();
@@ -61,6 +63,7 @@ private:
     bool isAttempting_ = false;
     bool refusesAccess_ = false;
     AudioFormat sourceFormat_;
+    bool isSourceMuted_ = false;
     QString loggedFailure_;
     /// Which attempt's reports count.
     uint64_t attemptNumber_ = 0;

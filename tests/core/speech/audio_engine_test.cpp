@@ -71,6 +71,14 @@ TEST_F(AudioEngineTest, StartTellsTheFormatOfTheBuffersAlsoWhenTheDefaultInputCh
     EXPECT_EQ(start().value(), first);
 }
 
+TEST_F(AudioEngineTest, TellsWhetherTheInputIsMuted)
+{
+    EXPECT_FALSE(engine->isInputMuted());
+    input.isDeviceMuted = true;
+    EXPECT_TRUE(engine->isInputMuted());
+    EXPECT_THAT(input.calls, IsEmpty());
+}
+
 TEST_F(AudioEngineTest, IsNotRunningBeforeTheDeviceRuns)
 {
     input.starting.hold();

@@ -117,4 +117,19 @@ private:
     }
 };
 
+/// A microphone that is muted for as long as this lives.
+class MutedMicrophone {
+public:
+    MutedMicrophone() { mute(QStringLiteral("1")); }
+    ~MutedMicrophone() { mute(QStringLiteral("0")); }
+    MutedMicrophone(const MutedMicrophone&) = delete;
+    MutedMicrophone& operator=(const MutedMicrophone&) = delete;
+
+private:
+    static void mute(const QString& state)
+    {
+        pactl({QStringLiteral("set-source-mute"), QStringLiteral("mic"), state});
+    }
+};
+
 } // namespace corvandi::testing

@@ -252,6 +252,41 @@ TEST_F(SoundFaultsTest, RemovingTheTapEndsAtOnceWhenTheRecordingIsStopped)
     EXPECT_LT(Recorder::Clock::now() - begin, 100ms);
 }
 
+TEST_F(SoundFaultsTest, AMutedMicrophoneIsKnownAsSuchAtOnce)
+{
+    ASSERT_TRUE(recorder.waitForMicrophone());
+    EXPECT_FALSE(recorder.input->isMuted());
+    {
+        const testing::MutedMicrophone muted;
+        EXPECT_TRUE(waitUntil([this] { return recorder.input->isMuted(); }));
+        Recorder second;
+        ASSERT_TRUE(second.waitForMicrophone());
+        EXPECT_TRUE(second.input->isMuted());
+    }
+    EXPECT_TRUE(waitUntil([this] { return !recorder.input->isMuted(); }));
+}
+
+TEST_F(SoundFaultsTest, AMicrophoneWithAVolumeOfZeroIsAsGoodAsMuted)
+{
+    ASSERT_TRUE(recorder.waitForMicrophone());
+    const QStringList volume{QStringLiteral("set-source-volume"), QStringLiteral("mic")};
+    ASSERT_TRUE(testing::pactl(volume + QStringList{QStringLiteral("0%")}));
+    EXPECT_TRUE(waitUntil([this] { return recorder.input->isMuted(); }));
+    ASSERT_TRUE(testing::pactl(volume + QStringList{QStringLiteral("100%")}));
+    EXPECT_TRUE(waitUntil([this] { return !recorder.input->isMuted(); }));
+}
+
+TEST_F(SoundFaultsTest, WithoutAServerNothingIsMuted)
+{
+    ASSERT_TRUE(recorder.waitForMicrophone());
+    const testing::MutedMicrophone muted;
+    ASSERT_TRUE(waitUntil([this] { return recorder.input->isMuted(); }));
+    EndedSoundServer ended;
+    EXPECT_TRUE(waitUntil([this] { return !recorder.input->isMuted(); }));
+    ended.bringBack();
+    EXPECT_TRUE(recorder.waitForMicrophone(1s));
+}
+
 TEST_F(SoundFaultsTest, ADictationThatFindsNoServerMakesAnAttempt)
 {
     startRecording();
