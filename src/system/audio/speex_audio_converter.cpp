@@ -1,5 +1,7 @@
 #include "system/audio/speex_audio_converter.h"
 
+#include "system/audio/speech_channel.h"
+
 #include <speex/speex_resampler.h>
 
 #include <algorithm>
@@ -41,26 +43,9 @@ Resampler makeResampler(const AudioFormat& from, const AudioFormat& to)
     return resampler;
 }
 
-float fullScale(float sample)
-{
-    return sample;
-}
-
 float fullScale(int16_t sample)
 {
     return static_cast<float>(sample) / int16Scale;
-}
-
-template<class Sample>
-void appendAverages(std::span<const Sample> samples, size_t channels, std::vector<float>& mono)
-{
-    const float share = 1.0F / static_cast<float>(channels);
-    for (size_t frame = 0; frame + channels <= samples.size(); frame += channels) {
-        float sum = 0;
-        for (size_t channel = 0; channel < channels; ++channel)
-            sum += fullScale(samples[frame + channel]);
-        mono.push_back(sum * share);
-    }
 }
 
 int16_t toInt16(float sample)
@@ -82,6 +67,7 @@ public:
     SpeexAudioConverter(const AudioFormat& from, const AudioFormat& to, Resampler resampler)
         : from_(from)
         , to_(to)
+        , channel_(from.channelCount, from.sampleRate)
         , resampler_(std::move(resampler))
     {
         waiting_.reserve(expectedFrames);
@@ -91,16 +77,23 @@ public:
     {
         if (buffer.format() != from_)
             return {{}, QStringLiteral("the sound is not in the format that was agreed on")};
-        if (from_.sampleFormat == SampleFormat::float32)
-            appendAverages(buffer.floatSamples(), from_.channelCount, waiting_);
-        else
-            appendAverages(buffer.int16Samples(), from_.channelCount, waiting_);
+        channel_.append(floats(buffer), waiting_);
         std::vector<float> output(frameCapacity);
         output.resize(resampleInto(output));
         return {makeBuffer(to_, std::move(output)), std::nullopt};
     }
 
 private:
+    [[nodiscard]] std::span<const float> floats(const AudioBuffer& buffer)
+    {
+        if (from_.sampleFormat == SampleFormat::float32)
+            return buffer.floatSamples();
+        const auto values = buffer.int16Samples();
+        scaled_.resize(values.size());
+        std::transform(values.begin(), values.end(), scaled_.begin(), fullScale);
+        return scaled_;
+    }
+
     /// Makes as much output of the sound that waits as fits; the rest goes on waiting.
     size_t resampleInto(std::span<float> output)
     {
@@ -119,7 +112,10 @@ private:
 
     AudioFormat from_;
     AudioFormat to_;
+    SpeechChannel channel_;
     Resampler resampler_;
+    /// The latest buffer, when it came as integers.
+    std::vector<float> scaled_;
     /// Mono sound, in the source's rate, that has not gone through the resampler yet.
     std::vector<float> waiting_;
 };

@@ -113,12 +113,12 @@ TEST(SpeexAudioConverter, WhatItCannotHear8kHzDoesNotComeBackAsSomethingElse)
     EXPECT_LT(*loudest, 164);
 }
 
-TEST(SpeexAudioConverter, ChannelsAreAveraged)
+TEST(SpeexAudioConverter, ChannelsOfOppositeSignsDoNotCancelEachOther)
 {
     const AudioFormat format{16000, 2, SampleFormat::float32};
     const auto converter = makeConverter(format);
-    const AudioBuffer buffer(format, std::vector<float>{0.5F, 0.25F, -1.0F, 0.0F});
-    EXPECT_THAT(convertAll(*converter, {buffer}), ::testing::ElementsAre(12288, -16384));
+    const AudioBuffer buffer(format, std::vector<float>{0.5F, -0.5F, -0.25F, 0.25F});
+    EXPECT_THAT(convertAll(*converter, {buffer}), ::testing::ElementsAre(16384, -8192));
 }
 
 TEST(SpeexAudioConverter, TooLoudSoundIsClipped)
