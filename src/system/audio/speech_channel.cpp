@@ -85,7 +85,9 @@ void SpeechChannel::choose()
         if (channel.isSpeaking || !hasHeardSpeech_)
             channel.loudness += std::sqrt(channel.power);
     }
-    const auto isLess = [](const Channel& one, const Channel& other) { return one.loudness < other.loudness; };
+    const auto isLess = [](const Channel& one, const Channel& other) {
+        return one.loudness < other.loudness;
+    };
     const auto loudest = std::max_element(channels_.begin(), channels_.end(), isLess);
     if (loudest->loudness > preference * channels_[chosen_].loudness)
         chosen_ = static_cast<size_t>(loudest - channels_.begin());

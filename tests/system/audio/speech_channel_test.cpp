@@ -117,7 +117,8 @@ TEST(SpeechChannel, TwoEqualChannelsGiveWhatEachOfThemIs)
 TEST(SpeechChannel, SimilarChannelsDoNotAlternate)
 {
     const Outcome outcome = listenTo(
-        {sum(voice(0.4), noise(0.01, 1)), sum(voice(0.5), noise(0.01, 2)), sum(voice(0.3), noise(0.01, 3))}, 3);
+        {sum(voice(0.4), noise(0.01, 1)), sum(voice(0.5), noise(0.01, 2)), sum(voice(0.3), noise(0.01, 3))},
+        3);
     EXPECT_EQ(outcome.differences(0, 0, 3), 0U);
 }
 
