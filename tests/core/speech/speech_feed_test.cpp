@@ -1,4 +1,6 @@
+#include "core/speech/audio_engine.h"
 #include "core/speech/speech_service_fixture.h"
+#include "support/fake_audio_input.h"
 
 #include <thread>
 
@@ -231,6 +233,25 @@ TEST_F(SpeechFeedTest, SoundInAnotherFormatGoesOnThroughAConverterOfItsOwn)
     EXPECT_THAT(sources, ElementsAre(microphoneFormat, otherFormat, microphoneFormat));
     queue.drain();
     EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST_F(SpeechFeedTest, ADictationWhoseMicrophoneGoesGoesOnWithTheNextOne)
+{
+    FakeAudioInput input;
+    AudioEngine capture(input, queue);
+    capture.onBuffer = [this](const AudioBuffer& buffer) { service->feed(buffer); };
+    EXPECT_TRUE(start(TaskOutcome<AudioFormat>(capture.start()).value()).hasSucceeded());
+    input.deliver(tagged(1));
+    input.holdBack(tagged(2));
+    input.end(QStringLiteral("unplugged"));
+
+    input.format = otherFormat;
+    EXPECT_TRUE(TaskOutcome<AudioFormat>(capture.start()).hasSucceeded());
+    input.deliver(fromOther(3));
+    EXPECT_TRUE(TaskOutcome<>(capture.stop()).hasSucceeded());
+    EXPECT_TRUE(finish().hasSucceeded());
+    EXPECT_THAT(framework.dictations(), SizeIs(1));
+    EXPECT_THAT(received(), ElementsAre(1, 2, 3));
 }
 
 TEST_F(SpeechFeedTest, TheFormatMayChangeBeforeTheEngineRuns)
