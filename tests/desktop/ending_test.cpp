@@ -20,9 +20,13 @@ using Kind = TargetApplication::Kind;
 enum class State { idle, recording, transcribing, polishing, waitingForKeys, typing, pasted };
 
 const std::vector<std::pair<State, const char*>> states{
-    {State::idle, "idle"},           {State::recording, "recording"}, {State::transcribing, "transcribing"},
-    {State::polishing, "polishing"}, {State::waitingForKeys, "waitingForKeys"},
-    {State::typing, "typing"},       {State::pasted, "pasted"},
+    {State::idle, "idle"},
+    {State::recording, "recording"},
+    {State::transcribing, "transcribing"},
+    {State::polishing, "polishing"},
+    {State::waitingForKeys, "waitingForKeys"},
+    {State::typing, "typing"},
+    {State::pasted, "pasted"},
 };
 
 /// How long the end may take, from the signal to the end of the process.
@@ -43,7 +47,8 @@ protected:
         writePreferences(preferences);
         if (is(State::typing))
             data_folder::write("vocab.json", R"({"global":[{"id":"6BA7B810-9DAD-11D1-80B4-00C04FD430C8",)"
-                                             R"("from":"meters","to":")" + longWord + R"("}],"apps":[]})");
+                                             R"("from":"meters","to":")" +
+                                                 longWord + R"("}],"apps":[]})");
         target.emplace(Kind::qtField, session.folder());
         modifiersBefore_ = session.keyboard().modifiers();
         session.startProgram();
@@ -112,7 +117,8 @@ TEST_P(EndingTest, IsQuickAndLosesNothing)
     const auto history = data_folder::history();
     ASSERT_EQ(history.size(), 1U);
     if (is(State::typing)) {
-        // What can't be typed in the time that is left goes to the clipboard, which ends with the program here.
+        // What can't be typed in the time that is left goes to the clipboard, which ends with the program
+        // here.
         EXPECT_GT(history.front().size(), longWord.size());
         EXPECT_TRUE(history.front().starts_with(target->text()));
         return;

@@ -37,7 +37,8 @@ public:
     [[nodiscard]] bool waitUntilAlone()
     {
         const auto deadline = harness::Clock::now() + harness::patience;
-        for (int connections = 1; harness::Clock::now() < deadline; std::this_thread::sleep_for(std::chrono::milliseconds(10))) {
+        for (int connections = 1; harness::Clock::now() < deadline;
+             std::this_thread::sleep_for(std::chrono::milliseconds(10))) {
             thread_.withServer([&](const HttpServer& server) { connections = server.connectionCount(); });
             if (connections == 0)
                 return true;

@@ -75,9 +75,7 @@ QCoro::Task<> DictationController::deliverTranscript(Transcript transcript, Targ
     const bool rewriteWanted = co_await isRewriteWanted();
     QString text = cleaned(transcript.text, target, rewriteWanted);
     if (trimmedOfSpacesAndTabs(text).isEmpty()) {
-        showTransient(transcript.failed ? translated("Transcription failed.")
-                                        : translated("Didn't catch that."),
-                      HUDState::error);
+        showTransient(wordsForNothing(transcript), HUDState::error);
         co_return;
     }
     undelivered_ = text;
@@ -99,6 +97,14 @@ QCoro::Task<> DictationController::deliverTranscript(Transcript transcript, Targ
         deliverPartialText(text);
     else
         co_await deliverText(text, std::move(target), focus);
+}
+
+QString DictationController::wordsForNothing(const Transcript& transcript) const
+{
+    if (transcript.failed)
+        return translated("Transcription failed.");
+    return audio_.isInputMuted() ? translated("Didn't catch that. The microphone is muted.")
+                                 : translated("Didn't catch that.");
 }
 
 QCoro::Task<bool> DictationController::isRewriteWanted()

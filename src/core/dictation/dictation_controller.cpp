@@ -84,6 +84,10 @@ void DictationController::wireCallbacks()
         if (const auto self = weak.lock())
             self->receiveLevel(level);
     };
+    audio_.onEnd = [weak](const QString&) {
+        if (const auto self = weak.lock())
+            self->continueCapture();
+    };
     // Straight to the speech service: sound must not wait for the controller's thread.
     audio_.onBuffer = [&speech = speech_](const AudioBuffer& buffer) { speech.feed(buffer); };
     hotkey_.onStart = [weak] {
@@ -136,6 +140,7 @@ void DictationController::beginDictation()
         return;
     }
     isDictating_ = true;
+    soundIsLost_ = std::make_shared<bool>(false);
     targetBundleID_ = currentTargetBundleID();
     recordingStart_ = platform_.queue.now();
     hud_.showRecording();
@@ -176,6 +181,32 @@ QCoro::Task<> DictationController::startTranscriber()
     platform_.log.write(QStringLiteral("speech.start ready in %1").arg(wholeMilliseconds(elapsed)));
 }
 
+/// The microphone has gone while somebody speaks: on with whichever is the default one now.
+void DictationController::continueCapture()
+{
+    if (!isDictating_)
+        return;
+    // Dropped on purpose: the end of the dictation waits for capture, whose steps follow one another.
+    const QCoro::Task<> continuing = runContinuation(weak_from_this());
+}
+
+QCoro::Task<> DictationController::runContinuation(Self weak)
+{
+    const auto self = weak.lock();
+    const std::shared_ptr<bool> soundIsLost = self->soundIsLost_;
+    try {
+        co_await self->audio_.start();
+        co_return;
+    } catch (const std::exception& error) {
+        self->platform_.log.write(QStringLiteral("the dictation can't go on with another microphone: ") +
+                                  corvandi::describe(error));
+    }
+    *soundIsLost = true;
+    // Now, and not only when all has been said in vain.
+    if (self->isDictating_ && self->soundIsLost_ == soundIsLost)
+        self->hud_.showTransient(translated("Transcription incomplete."), HUDState::error);
+}
+
 void DictationController::endDictation()
 {
     if (!isDictating_)
@@ -192,30 +223,30 @@ void DictationController::endDictation()
     // So that the answer is there when the transcript is.
     if (settings_.cleanUpSentences())
         modelLook_ = platform_.languageModel.refreshAvailability([] {});
-    sessionTask_ = std::make_shared<QCoro::Task<>>(
-        runSession(weak_from_this(), platform_.queue, startTask_, targetBundleID_));
+    const Recording recording{startTask_, targetBundleID_, soundIsLost_};
+    sessionTask_ = std::make_shared<QCoro::Task<>>(runSession(weak_from_this(), platform_.queue, recording));
 }
 
-QCoro::Task<> DictationController::runSession(Self weak, MainQueue& queue, TaskHandle start, Target target)
+QCoro::Task<> DictationController::runSession(Self weak, MainQueue& queue, Recording recording)
 {
-    const TaskHandle started = std::move(start);
+    const Recording recorded = std::move(recording);
     co_await nextTurn(queue);
     const auto self = weak.lock();
     if (!self)
         co_return;
     try {
-        co_await self->finishSession(started, std::move(target));
+        co_await self->finishSession(recorded);
     } catch (...) {
         // Whatever it was: the next dictation, which waits for this one, must not meet it.
         self->handleSessionFailure(std::current_exception());
     }
 }
 
-QCoro::Task<> DictationController::finishSession(TaskHandle start, Target target)
+QCoro::Task<> DictationController::finishSession(Recording recording)
 {
     std::exception_ptr failure;
     try {
-        co_await stopCapture(std::move(start));
+        co_await stopCapture(recording.start);
     } catch (...) {
         failure = std::current_exception();
     }
@@ -226,7 +257,9 @@ QCoro::Task<> DictationController::finishSession(TaskHandle start, Target target
     }
     showProcessing(translated("Transcribing"));
     std::optional<Transcript> result = co_await finishWithTimeout();
-    co_await deliver(std::move(result), std::move(target));
+    if (result && *recording.soundIsLost)
+        result->failed = true;
+    co_await deliver(std::move(result), std::move(recording.target));
 }
 
 void DictationController::handleSessionFailure(const std::exception_ptr& error)
@@ -276,8 +309,8 @@ QCoro::Task<> DictationController::stopCapture(TaskHandle start)
     } catch (...) {
         failure = std::current_exception();
     }
-    if (audio_.running())
-        co_await audio_.stop();
+    // Also when it does not run: it may be about to, with another microphone.
+    co_await audio_.stop();
     if (failure)
         std::rethrow_exception(failure);
 }

@@ -113,6 +113,13 @@ private:
     using Self = std::weak_ptr<DictationController>;
     using TaskHandle = std::shared_ptr<QCoro::Task<>>;
     using Target = std::optional<QString>;
+    /// What its session needs to know of a press.
+    struct Recording {
+        TaskHandle start;
+        Target target;
+        /// The microphone went, and there was no other one.
+        std::shared_ptr<const bool> soundIsLost;
+    };
 
     // Press and release.
     void wireCallbacks();
@@ -121,13 +128,15 @@ private:
     void noticeHotkey() const;
     void receiveLevel(float level);
     void endWhenLocked();
+    void continueCapture();
     void cancelDictation(TaskHandle start);
     static QCoro::Task<> runStart(Self weak, MainQueue& queue, TaskHandle previousSession);
-    static QCoro::Task<> runSession(Self weak, MainQueue& queue, TaskHandle start, Target target);
+    static QCoro::Task<> runSession(Self weak, MainQueue& queue, Recording recording);
+    static QCoro::Task<> runContinuation(Self weak);
     static QCoro::Task<> runCancel(Self weak, MainQueue& queue, TaskHandle start);
     static QCoro::Task<> runPreparation(Self weak, MainQueue& queue);
     static QCoro::Task<> runEnd(std::shared_ptr<DictationController> self, OneShot<Done> over);
-    [[nodiscard]] QCoro::Task<> finishSession(TaskHandle start, Target target);
+    [[nodiscard]] QCoro::Task<> finishSession(Recording recording);
     [[nodiscard]] QCoro::Task<> startTranscriber();
     [[nodiscard]] QCoro::Task<> stopCapture(TaskHandle start);
     [[nodiscard]] QCoro::Task<std::optional<Transcript>> finishWithTimeout();
@@ -139,6 +148,7 @@ private:
     // Delivery.
     [[nodiscard]] QCoro::Task<> deliver(std::optional<Transcript> result, Target target);
     [[nodiscard]] QCoro::Task<> deliverTranscript(Transcript transcript, Target target);
+    [[nodiscard]] QString wordsForNothing(const Transcript& transcript) const;
     [[nodiscard]] QCoro::Task<bool> isRewriteWanted();
     [[nodiscard]] QString cleaned(const QString& transcript, const Target& target, bool rewriteWanted);
     [[nodiscard]] QCoro::Task<> waitForFreshFocus();
@@ -179,6 +189,7 @@ private:
     /// The look at the language model that the latest release has begun.
     std::unique_ptr<Registration> modelLook_;
     Target targetBundleID_;
+    std::shared_ptr<bool> soundIsLost_;
     /// While the key is held.
     std::unique_ptr<Registration> lockWatch_;
     /// The text that the present delivery has to put somewhere, in the best form that is known.

@@ -277,7 +277,11 @@ void World::stepOfTheFaults()
     const std::vector<ScriptedStep*> steps{&input.starting,     &input.removing,  &engine.listing,
                                            &engine.formatQuery, &engine.starting, &engine.finalizing};
     ScriptedStep& one = *steps[static_cast<size_t>(pick(6))];
-    switch (pick(10)) {
+    switch (pick(11)) {
+    case 10:
+        if (input.isRunning())
+            input.end(QStringLiteral("the device has gone"));
+        return;
     case 0:
         return one.hold();
     case 1:
