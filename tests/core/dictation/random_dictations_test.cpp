@@ -108,7 +108,8 @@ private:
     std::mt19937& random_;
     // What the user does.
     bool isHeld_ = false;
-    bool isPressing_ = false;
+    bool isRefusing_ = false;
+    bool isCalm_ = false;
     MainQueue::Duration pressed_{};
     /// The targets of the presses that were long enough and have no outcome yet, in order.
     std::deque<std::optional<QString>> targets_;
@@ -167,9 +168,9 @@ void World::beginHolding()
         targets_.push_back(target);
         ++sessions_;
     }
-    isPressing_ = true;
+    isRefusing_ = isRefused;
     controller->beginDictation();
-    isPressing_ = false;
+    isRefusing_ = false;
     EXPECT_EQ(controller->isDictating(), isHeld_);
 }
 
@@ -279,6 +280,8 @@ void World::stepOfTheFaults()
     ScriptedStep& one = *steps[static_cast<size_t>(pick(6))];
     switch (pick(11)) {
     case 10:
+        if (chance(2))
+            input.starting.hold();
         if (input.isRunning())
             input.end(QStringLiteral("the device has gone"));
         return;
@@ -339,6 +342,11 @@ void World::handlePosting()
     EXPECT_FALSE(lock.isLocked()) << "posted on a locked screen";
     EXPECT_FALSE(focus.element && focus.element->subrole == QStringLiteral("AXSecureTextField"))
         << "posted into a password field";
+    // The user does not wait until all has arrived.
+    if (!isCalm_ && chance(4))
+        stepOfTheDesktop();
+    if (!isCalm_ && chance(40))
+        lockScreen(true);
 }
 
 void World::handleLine(const QString& line)
@@ -347,8 +355,7 @@ void World::handleLine(const QString& line)
     const auto outcome = outcomeOf(line);
     // A press that is refused says so in the words of a session; one that is not lets a waiting session go
     // on.
-    const bool isOfThePress = isPressing_ && !controller->isDictating();
-    if (!outcome || isOfThePress)
+    if (!outcome || isRefusing_)
         return;
     ASSERT_FALSE(targets_.empty()) << "an outcome that nobody asked for: " << line.toStdString();
     targets_.pop_front();
@@ -406,6 +413,7 @@ void World::checkHistory(bool hasText)
 /// outcome, and the next dictation must be like the first.
 void World::calmDown()
 {
+    isCalm_ = true;
     endHolding();
     lock.set(false);
     for (ScriptedStep* step : {&input.starting, &input.removing, &engine.listing, &engine.inventory,
