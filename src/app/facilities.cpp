@@ -4,6 +4,7 @@
 #include "views/hud/hud_view.h"
 
 #include "system/audio/pulse_capture_authorization.h"
+#include "system/files/private_folder.h"
 
 #include <QCoreApplication>
 #include <QStandardPaths>
@@ -67,6 +68,7 @@ Facilities::Facilities(SystemLog& theLog, const WindowSystem& windowSystem)
 
 Platform Facilities::forDictation()
 {
+    makePrivate(storeDirectory(), log);
     return {
         .queue = queue,
         .wallClock = wallClock,

@@ -30,7 +30,7 @@ struct Facilities {
     Facilities(const Facilities&) = delete;
     Facilities& operator=(const Facilities&) = delete;
 
-    /// What a dictation needs of them.
+    /// What a dictation needs of them. Sees to it that nobody else can read what is kept.
     [[nodiscard]] Platform forDictation();
 
     SystemLog& log;

@@ -17,6 +17,11 @@ QString withReason(const QString& failure, const std::exception& error)
     return failure + QStringLiteral(": ") + describe(error);
 }
 
+QString asideOf(const QString& path)
+{
+    return path + QStringLiteral(".corrupt");
+}
+
 VocabBook::Decoded decodedVocab(const QByteArray& bytes)
 {
     if (auto decoded = VocabBook::decoded(bytes))
@@ -33,6 +38,16 @@ void write(FileSystem& files, SystemLog& log, const QString& path, const QByteAr
         log.write(withReason(QStringLiteral("failed to write ") + fileName(path), error));
     } catch (...) {
         log.write(QStringLiteral("failed to write %1: unknown error").arg(fileName(path)));
+    }
+}
+
+void removeIfThere(FileSystem& files, SystemLog& log, const QString& path)
+{
+    try {
+        if (files.exists(path))
+            files.remove(path);
+    } catch (const std::exception& error) {
+        log.write(withReason(QStringLiteral("failed to remove ") + fileName(path), error));
     }
 }
 
@@ -76,7 +91,10 @@ void Store::deleteHistory(const QUuid& id)
 
 void Store::clearHistory()
 {
-    commit(History(folding_));
+    History cleared(folding_);
+    if (persist(
+            historyPath_, [&cleared] { return cleared.encode(); }, asideOf(historyPath_)))
+        history_ = std::move(cleared);
 }
 
 std::vector<HistoryEntry> Store::listHistory(const std::optional<QString>& query) const
@@ -139,7 +157,7 @@ Value Store::load(const QString& path, Value (*decode)(const QByteArray&))
 
 void Store::setAside(const QString& path)
 {
-    const QString aside = path + QStringLiteral(".corrupt");
+    const QString aside = asideOf(path);
     try {
         if (files_.exists(aside))
             files_.remove(aside);
@@ -161,7 +179,7 @@ void Store::commit(VocabBook book)
         vocabBook_ = std::move(book);
 }
 
-bool Store::persist(const QString& path, const std::function<QByteArray()>& encode)
+bool Store::persist(const QString& path, const std::function<QByteArray()>& encode, const QString& obsolete)
 {
     QByteArray bytes;
     try {
@@ -170,7 +188,11 @@ bool Store::persist(const QString& path, const std::function<QByteArray()>& enco
         log_.write(withReason(QStringLiteral("failed to encode ") + fileName(path), error));
         return false;
     }
-    queue_.async([&files = files_, &log = log_, path, bytes] { write(files, log, path, bytes); });
+    queue_.async([&files = files_, &log = log_, path, bytes, obsolete] {
+        write(files, log, path, bytes);
+        if (!obsolete.isEmpty())
+            removeIfThere(files, log, obsolete);
+    });
     return true;
 }
 

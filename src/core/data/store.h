@@ -41,6 +41,7 @@ public:
     /// Records `text` as the newest entry.
     void addHistory(const QString& text, Date date);
     void deleteHistory(const QUuid& id);
+    /// Removes a history that was set aside, too.
     void clearHistory();
     /// The entries to show, newest first: all of them without a query or with one of nothing but spaces
     /// and tabs, else those whose text contains the query without regard to letter case, as the user's
@@ -66,7 +67,9 @@ private:
     void commit(History history);
     void commit(VocabBook book);
     /// Whether `encode` gave bytes; they are then on their way to the file.
-    [[nodiscard]] bool persist(const QString& path, const std::function<QByteArray()>& encode);
+    /// What stands at `obsolete` goes with it.
+    [[nodiscard]] bool persist(const QString& path, const std::function<QByteArray()>& encode,
+                               const QString& obsolete = {});
 
     QString historyPath_;
     QString vocabPath_;

@@ -66,6 +66,31 @@ TEST_F(StoreHistoryTest, TheWholeHistoryIsWrittenAfterEveryChangeInTheOrderOfThe
     }
 }
 
+TEST_F(StoreHistoryTest, ClearingItRemovesWhatWasSetAsideToo)
+{
+    files.files[historyAside] = "[{\"text\":\"secret";
+    files.files[vocabAside] = "kept";
+    store.deleteHistory(QUuid::createUuid());
+    queue.runAll();
+    EXPECT_TRUE(files.files.contains(historyAside)) << "only clearing does";
+    store.clearHistory();
+    queue.runAll();
+    EXPECT_FALSE(files.files.contains(historyAside));
+    EXPECT_TRUE(files.files.contains(vocabAside));
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST_F(StoreHistoryTest, WhatWasSetAsideAndCanNotBeRemovedIsLogged)
+{
+    files.files[historyAside] = "[";
+    files.fail(FileOperation::remove, QStringLiteral("Permission denied"));
+    store.clearHistory();
+    queue.runAll();
+    EXPECT_THAT(store.history(), IsEmpty());
+    EXPECT_THAT(log.lines(), ElementsAre(QStringLiteral(
+                                 "Corvandi: failed to remove history.json.corrupt: Permission denied")));
+}
+
 TEST_F(StoreHistoryTest, NothingIsWrittenInTheCallThatChanges)
 {
     files.calls.clear();
