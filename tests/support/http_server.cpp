@@ -32,8 +32,8 @@ QByteArray head(const QByteArray& status, const QByteArray& headers)
     return "HTTP/1.1 " + status + "\r\n" + headers + "\r\n";
 }
 
-HttpServer::HttpServer(const QHostAddress& address)
-    : HttpServer(std::make_unique<QTcpServer>(), QStringLiteral("http"), address)
+HttpServer::HttpServer(const QHostAddress& address, quint16 port)
+    : HttpServer(std::make_unique<QTcpServer>(), QStringLiteral("http"), address, port)
 {
 }
 
@@ -43,13 +43,13 @@ HttpServer::HttpServer(const QSslConfiguration& configuration)
 }
 
 HttpServer::HttpServer(std::unique_ptr<QTcpServer> listener, const QString& scheme,
-                       const QHostAddress& address)
+                       const QHostAddress& address, quint16 port)
     : listener_(std::move(listener))
     , scheme_(scheme)
 {
     QObject::connect(listener_.get(), &QTcpServer::pendingConnectionAvailable, listener_.get(),
                      [this] { accept(); });
-    if (!listener_->listen(address))
+    if (!listener_->listen(address, port))
         throw std::runtime_error("the test server can't listen");
 }
 

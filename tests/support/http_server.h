@@ -22,8 +22,8 @@ class HttpServer {
 public:
     using Answer = std::function<void(QTcpSocket&)>;
 
-    /// Over plain HTTP; `address` is one of this machine.
-    explicit HttpServer(const QHostAddress& address = QHostAddress::LocalHost);
+    /// Over plain HTTP; `address` is one of this machine. The system chooses the port unless one is given.
+    explicit HttpServer(const QHostAddress& address = QHostAddress::LocalHost, quint16 port = 0);
     /// Over TLS, with this certificate and key.
     explicit HttpServer(const QSslConfiguration& configuration);
     ~HttpServer();
@@ -48,7 +48,8 @@ public:
     [[nodiscard]] int connectionsEver() const { return connectionsEver_; }
 
 private:
-    HttpServer(std::unique_ptr<QTcpServer> listener, const QString& scheme, const QHostAddress& address);
+    HttpServer(std::unique_ptr<QTcpServer> listener, const QString& scheme, const QHostAddress& address,
+               quint16 port = 0);
     void accept();
     void read(QTcpSocket& socket);
 

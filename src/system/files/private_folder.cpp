@@ -20,8 +20,9 @@ void takeRights(const fs::path& path, SystemLog& log)
         return;
     fs::permissions(path, ofOthers, fs::perm_options::remove, error);
     if (error)
-        log.write(QStringLiteral("failed to make %1 private: %2")
-                      .arg(QFile::decodeName(path.filename().c_str()), QString::fromStdString(error.message())));
+        log.write(
+            QStringLiteral("failed to make %1 private: %2")
+                .arg(QFile::decodeName(path.filename().c_str()), QString::fromStdString(error.message())));
 }
 
 } // namespace

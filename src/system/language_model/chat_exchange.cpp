@@ -47,6 +47,9 @@ LanguageModelAnswer outcomeOf(const std::optional<HttpEnd>& end, ChatAnswer& ans
 LanguageModelAnswer askModel(const ModelPlace& place, const QString& instructions, const QString& prompt,
                              const std::stop_token& stop)
 {
+    // The server that was found may have gone, and anybody may have taken its place.
+    if (ownerOf(place.server, SocketTables::ofThisMachine()) == ListenerOwner::somebodyElse)
+        return LanguageModelFailure{QStringLiteral("the model server belongs to another user")};
     ChatAnswer answer;
     const std::optional<HttpEnd> end = fetch(
         {.url = protocolAddress(place.server, QStringLiteral("chat/completions")),

@@ -15,8 +15,9 @@ namespace corvandi {
 [[nodiscard]] QByteArray chatRequest(const QString& model, const QString& instructions,
                                      const QString& prompt);
 
-/// Asks the model one question and waits for all of its answer, however long that takes. When it is told
-/// to stop it closes the connection, upon which servers stop their model, and the answer means nothing.
+/// Asks the model one question, unless its server is another user's by now, and waits for all of its answer,
+/// however long that takes. When it is told to stop it closes the connection, upon which servers stop their
+/// model, and the answer means nothing.
 ///
 /// Thread: any but the main thread.
 [[nodiscard]] LanguageModelAnswer askModel(const ModelPlace& place, const QString& instructions,

@@ -147,8 +147,9 @@ void ChatServerModel::beginSearch()
     searchBegan_ = queue_.now();
     const RewritePreferences preferences = RewritePreferences::read(defaults_);
     if (preferences.isRefused) {
-        endSearch({LanguageModelAvailability::otherReason, std::nullopt,
-                   QStringLiteral("is no http:// address of this machine")});
+        endSearch(
+            {LanguageModelAvailability::otherReason, std::nullopt,
+             QStringLiteral("the rewriteServer of the preferences is no http:// address of this machine")});
     } else if (!preferences.isEnabled) {
         endSearch({LanguageModelAvailability::appleIntelligenceNotEnabled, std::nullopt, {}});
     } else {
@@ -195,7 +196,7 @@ void ChatServerModel::endSearch(ServerFindings findings)
 void ChatServerModel::complain(const QString& complaint)
 {
     if (complaint != std::exchange(lastComplaint_, complaint) && !complaint.isEmpty())
-        log_.write(QStringLiteral("the rewriteServer of the preferences ") + complaint);
+        log_.write(complaint);
 }
 
 } // namespace corvandi

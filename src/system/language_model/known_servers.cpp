@@ -66,6 +66,12 @@ QUrl protocolAddress(const QUrl& server, const QString& resource)
     return address;
 }
 
+ListenerOwner ownerOf(const QUrl& server, const SocketTables& sockets)
+{
+    constexpr int usualPort = 80;
+    return sockets.ownerOf(QHostAddress(server.host()), static_cast<quint16>(server.port(usualPort)));
+}
+
 namespace {
 
 const QStringList& programs()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "system/net/listener_owner.h"
+
 #include <QString>
 #include <QStringList>
 #include <QUrl>
@@ -20,6 +22,9 @@ namespace corvandi {
 
 /// The address of `resource` (such as "models") in the protocol that all these servers speak.
 [[nodiscard]] QUrl protocolAddress(const QUrl& server, const QString& resource);
+
+/// Whose the program behind a server's address is.
+[[nodiscard]] ListenerOwner ownerOf(const QUrl& server, const SocketTables& sockets);
 
 /// The ports at which model servers listen unless they are told otherwise, in the order in which they are
 /// preferred.

@@ -25,6 +25,13 @@ bool isForConversation(const QString& model)
            !model.contains(QLatin1String("rerank"), Qt::CaseInsensitive);
 }
 
+/// Such models have this at the end of their tag, or as all of it.
+bool isElsewhere(const QString& model)
+{
+    return model.endsWith(QLatin1String("-cloud"), Qt::CaseInsensitive) ||
+           model.endsWith(QLatin1String(":cloud"), Qt::CaseInsensitive);
+}
+
 } // namespace
 
 std::optional<std::vector<QString>> readModelList(const QByteArray& json)
@@ -40,7 +47,7 @@ std::optional<QString> chooseModel(const std::vector<QString>& models, const QSt
 {
     const auto suits = [&wanted](const QString& model) {
         if (wanted.isEmpty())
-            return isForConversation(model);
+            return isForConversation(model) && !isElsewhere(model);
         return model == wanted || model == wanted + QLatin1String(":latest");
     };
     const auto found = std::ranges::find_if(models, suits);
@@ -156,8 +163,9 @@ ServerFindings ask(QNetworkAccessManager& network, const ServerSearch& search,
                 LanguageModelAvailability::available, ModelPlace{inquiry->server(), *inquiry->model()}, {}};
         if (inquiry->verdict() != Verdict::none)
             findings.availability = LanguageModelAvailability::modelNotReady;
-        if (findings.complaint.isEmpty())
-            findings.complaint = inquiry->complaint();
+        if (const QString complaint = inquiry->complaint();
+            !complaint.isEmpty() && findings.complaint.isEmpty())
+            findings.complaint = QStringLiteral("the rewriteServer of the preferences ") + complaint;
     }
     return findings;
 }
@@ -172,19 +180,38 @@ LanguageModelAvailability reasonForNone(const ServerSearch& search)
     return LanguageModelAvailability::otherReason;
 }
 
+/// Takes the servers of other users out of the search; returns what the log says of them.
+QString leaveOutStrangers(ServerSearch& search)
+{
+    const SocketTables sockets = SocketTables::ofThisMachine();
+    QString complaint;
+    std::erase_if(search.servers, [&](const QUrl& server) {
+        if (ownerOf(server, sockets) != ListenerOwner::somebodyElse)
+            return false;
+        complaint = QStringLiteral("the model server at %1 belongs to another user, and is not asked")
+                        .arg(server.toDisplayString());
+        return true;
+    });
+    if (search.lastServer && std::ranges::find(search.servers, *search.lastServer) == search.servers.end())
+        search.lastServer.reset();
+    return complaint;
+}
+
 } // namespace
 
-ServerFindings findModel(const ServerSearch& search, const std::stop_token& stop)
+ServerFindings findModel(ServerSearch search, const std::stop_token& stop)
 {
     const QDeadlineTimer deadline(search.patience);
     const auto network = makeNetwork();
-    if (search.lastServer) {
-        ServerFindings findings = ask(*network, search, {*search.lastServer}, deadline, stop);
-        if (findings.place || deadline.hasExpired())
-            return findings;
-    }
-    ServerFindings findings = ask(*network, search, search.servers, deadline, stop);
-    if (!search.areNamed)
+    const QString strangers = leaveOutStrangers(search);
+    ServerFindings findings;
+    if (search.lastServer)
+        findings = ask(*network, search, {*search.lastServer}, deadline, stop);
+    if (!findings.place && !deadline.hasExpired())
+        findings = ask(*network, search, search.servers, deadline, stop);
+    if (!strangers.isEmpty())
+        findings.complaint = strangers;
+    else if (!search.areNamed)
         findings.complaint.clear();
     if (findings.availability == LanguageModelAvailability::otherReason && findings.complaint.isEmpty())
         findings.availability = reasonForNone(search);

@@ -20,8 +20,9 @@ namespace corvandi {
 [[nodiscard]] std::optional<std::vector<QString>> readModelList(const QByteArray& json);
 
 /// The model that rewrites: the one that is called `wanted` (a tag ":latest" may be left out), or when
-/// that is empty the first one that is not for other things than conversation. Nothing when there is
-/// none.
+/// that is empty the first one that is not for other things than conversation, and does its work on this
+/// machine: some servers list models beside their own that only pass on what they are told. Nothing when
+/// there is none.
 [[nodiscard]] std::optional<QString> chooseModel(const std::vector<QString>& models, const QString& wanted);
 
 /// The question to one server which models it has, and what follows from the answer.
@@ -87,14 +88,15 @@ struct ServerFindings {
     LanguageModelAvailability availability = LanguageModelAvailability::otherReason;
     /// When available.
     std::optional<ModelPlace> place;
-    /// What is wrong with a server that the user has named, for the log; empty when nothing is.
+    /// What is wrong with a server that the user has named, or that is another user's, for the log; empty
+    /// when nothing is.
     QString complaint;
 };
 
-/// Asks the servers for their models. Waits, at most for the search's patience; when it is told to stop
-/// the findings mean nothing.
+/// Asks the servers for their models, those of other users excepted. Waits, at most for the search's
+/// patience; when it is told to stop the findings mean nothing.
 ///
 /// Thread: any but the main thread.
-[[nodiscard]] ServerFindings findModel(const ServerSearch& search, const std::stop_token& stop);
+[[nodiscard]] ServerFindings findModel(ServerSearch search, const std::stop_token& stop);
 
 } // namespace corvandi

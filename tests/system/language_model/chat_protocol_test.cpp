@@ -57,6 +57,17 @@ TEST(ModelListTest, OtherDocumentsAreNone)
         EXPECT_EQ(readModelList(json), std::nullopt) << json;
 }
 
+TEST(ModelListTest, AModelThatWorksElsewhereIsNeverTakenWithoutAWish)
+{
+    for (const char* elsewhere : {"large:120b-cloud", "large:cloud", "Large:Cloud", "large-cloud"}) {
+        const QString name = QString::fromLatin1(elsewhere);
+        EXPECT_EQ(chooseModel({name, small}, any), small) << elsewhere;
+        EXPECT_EQ(chooseModel({name}, any), std::nullopt) << elsewhere;
+        EXPECT_EQ(chooseModel({small, name}, name), name) << "the user's own word";
+    }
+    EXPECT_EQ(chooseModel({QStringLiteral("cloudy:7b")}, any), QStringLiteral("cloudy:7b"));
+}
+
 TEST(ModelListTest, WithoutAWishTheFirstOneIsTaken)
 {
     EXPECT_EQ(chooseModel({small, large}, any), small);
