@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <variant>
 
 namespace corvandi {
@@ -49,13 +50,21 @@ class LanguageModel {
 public:
     virtual ~LanguageModel() = default;
 
-    /// What the last look at the model has found; `otherReason` before the first. Asks nobody.
+    /// What the last look at the model has found; `otherReason` before the first, and `modelNotReady` while
+    /// it is being warmed up. Asks nobody, so this is what a dictation goes by: a look may take its time.
     [[nodiscard]] virtual LanguageModelAvailability availability() = 0;
     /// Looks at the model, unless that was done in the last two seconds. `done` runs once, later, on the
     /// main thread, when `availability` is at most two seconds old, and within two seconds at the latest: a
     /// model that has not answered by then is not ready. Several who ask at a time share one look. The
     /// model outlives the registration.
     [[nodiscard]] virtual std::unique_ptr<Registration> refreshAvailability(std::function<void()> done) = 0;
+    /// What the model is called that the last look has found; nothing when it has found none.
+    [[nodiscard]] virtual std::optional<QString> modelName() = 0;
+    /// Has the model loaded, which may take far longer than anybody waits for an answer; an unanswered
+    /// question that is abandoned would end the loading. To be called when rewriting is switched on and at
+    /// each press while it is. Looks at the model first, unless that was done in the last two seconds. Does
+    /// nothing when the model has answered lately.
+    virtual void warmUp() = 0;
     /// A new conversation that knows nothing but `instructions`. The model outlives it.
     [[nodiscard]] virtual std::unique_ptr<LanguageModelSession> makeSession(const QString& instructions) = 0;
 };

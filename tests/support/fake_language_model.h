@@ -3,6 +3,7 @@
 #include "base/main_queue.h"
 #include "ports/language_model.h"
 
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -22,6 +23,9 @@ public:
     /// Looks wait for `endLooks`.
     bool looksAreHeld = false;
     int looks = 0;
+    /// What it is called, when a look finds it.
+    std::optional<QString> name;
+    int warmUps = 0;
     /// The instructions of every conversation and the texts sent, in order.
     std::vector<QString> instructions;
     std::vector<QString> prompts;
@@ -34,6 +38,11 @@ public:
         ++looks;
         return std::make_unique<Look>(*this, std::move(done));
     }
+    [[nodiscard]] std::optional<QString> modelName() override
+    {
+        return known_ == LanguageModelAvailability::available ? name : std::nullopt;
+    }
+    void warmUp() override { ++warmUps; }
     [[nodiscard]] std::unique_ptr<LanguageModelSession> makeSession(const QString& text) override
     {
         instructions.push_back(text);

@@ -8,6 +8,7 @@ namespace corvandi {
 GeneralPane::GeneralPane(const Parts& parts)
     : parts_(parts)
 {
+    connect(&parts_.settings, &Settings::cleanUpSentencesChanged, this, &GeneralPane::warmUpModel);
 }
 
 void GeneralPane::refresh()
@@ -21,8 +22,15 @@ void GeneralPane::takeAvailability()
 {
     const LanguageModelAvailability availability = parts_.languageModel.availability();
     rewriteCaption_ = Rewriter::caption(availability);
+    rewriteModel_ = parts_.languageModel.modelName();
     canEnableAppleIntelligence_ = availability == LanguageModelAvailability::appleIntelligenceNotEnabled;
     Q_EMIT changed();
+}
+
+void GeneralPane::warmUpModel()
+{
+    if (parts_.settings.cleanUpSentences())
+        parts_.languageModel.warmUp();
 }
 
 void GeneralPane::setLaunchAtLogin(bool on)

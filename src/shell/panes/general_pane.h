@@ -17,7 +17,8 @@ namespace corvandi {
 
 /// What the general page of the settings knows besides the settings themselves: whether rewriting can be
 /// switched on, and whether the program starts at login. A snapshot: `refresh` takes it anew. Until the
-/// first word from the language model arrives nothing speaks against rewriting.
+/// first word from the language model arrives nothing speaks against rewriting. When rewriting is switched on
+/// the model is warmed up.
 ///
 /// Thread: main thread only. The referees outlive it.
 class GeneralPane : public QObject {
@@ -37,6 +38,8 @@ public:
     [[nodiscard]] Settings& settings() const { return parts_.settings; }
     /// Why rewriting is not available; nothing when it is.
     [[nodiscard]] const std::optional<QString>& rewriteCaption() const { return rewriteCaption_; }
+    /// What the model is called that rewrites; nothing when there is none.
+    [[nodiscard]] const std::optional<QString>& rewriteModel() const { return rewriteModel_; }
     /// Whether all that is missing for rewriting is that the user switches the model on.
     [[nodiscard]] bool canEnableAppleIntelligence() const { return canEnableAppleIntelligence_; }
     [[nodiscard]] bool launchAtLogin() const { return launchAtLogin_; }
@@ -57,9 +60,11 @@ Q_SIGNALS:
 
 private:
     void takeAvailability();
+    void warmUpModel();
 
     Parts parts_;
     std::optional<QString> rewriteCaption_;
+    std::optional<QString> rewriteModel_;
     bool canEnableAppleIntelligence_ = false;
     bool launchAtLogin_ = false;
     std::optional<QString> launchAtLoginError_;

@@ -5,6 +5,8 @@
 #include "system/language_model/known_servers.h"
 #include "system/net/http_fetch.h"
 
+#include <chrono>
+
 namespace corvandi {
 
 QByteArray chatRequest(const QString& model, const QString& instructions, const QString& prompt)
@@ -56,6 +58,28 @@ LanguageModelAnswer askModel(const ModelPlace& place, const QString& instruction
          .json = chatRequest(place.model, instructions, prompt)},
         [&answer](const QByteArray& bytes) { return answer.feed(bytes); }, stop);
     return outcomeOf(end, answer);
+}
+
+QByteArray warmUpRequest(const QString& model)
+{
+    const Json request{
+        {"model", model.toStdString()},
+        {"messages", Json::array({Json{{"role", "user"}, {"content", "Hi"}}})},
+        {"max_tokens", 1},
+        {"stream", false},
+    };
+    return QByteArray::fromStdString(request.dump());
+}
+
+bool warmUpModel(const ModelPlace& place, const std::stop_token& stop)
+{
+    constexpr std::chrono::minutes longestLoading{5};
+    const std::optional<HttpEnd> end = fetch(
+        {.url = protocolAddress(place.server, QStringLiteral("chat/completions")),
+         .json = warmUpRequest(place.model),
+         .totalLimit = longestLoading},
+        [](const QByteArray&) { return true; }, stop);
+    return end && end->kind == HttpEnd::Kind::answered;
 }
 
 } // namespace corvandi

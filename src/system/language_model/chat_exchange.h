@@ -23,4 +23,13 @@ namespace corvandi {
 [[nodiscard]] LanguageModelAnswer askModel(const ModelPlace& place, const QString& instructions,
                                            const QString& prompt, const std::stop_token& stop);
 
+/// The body of a request for as little of an answer as there can be, to a question that says nothing.
+[[nodiscard]] QByteArray warmUpRequest(const QString& model);
+
+/// Has the server load the model, by asking it something, and waits until it has answered, for five minutes
+/// at most. Returns whether it has.
+///
+/// Thread: any but the main thread.
+[[nodiscard]] bool warmUpModel(const ModelPlace& place, const std::stop_token& stop);
+
 } // namespace corvandi

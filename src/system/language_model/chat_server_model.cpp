@@ -41,6 +41,8 @@ constexpr MainQueue::Duration freshness = 2s;
 /// The search has its own limit for the servers' answers; this one is for a disk or a machine that
 /// does not get round to it.
 constexpr MainQueue::Duration searchLimit = 1500ms;
+/// The servers that unload their models do so after five minutes, unless they are told otherwise.
+constexpr MainQueue::Duration staysLoaded = 4min;
 /// Enough for the questions of the present and those that are just being given up.
 constexpr size_t mostThreads = 8;
 
@@ -82,22 +84,40 @@ public:
     {
     }
 
+    ~Session() override
+    {
+        // A server that was loading its model gives that up now.
+        if (asked_)
+            model_.takeSign(*asked_, false);
+    }
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
     void respond(const QString& prompt, std::function<void(LanguageModelAnswer)> done) override
     {
+        asked_ = model_.findings_.place;
         question_ = std::make_unique<Errand<LanguageModelAnswer>>(
             model_.worker_, model_.queue_,
-            [place = model_.findings_.place, instructions = instructions_,
+            [place = asked_, instructions = instructions_,
              prompt](const std::stop_token& stop) -> LanguageModelAnswer {
                 if (!place)
                     return LanguageModelFailure{QStringLiteral("there is no language model")};
                 return askModel(*place, instructions, prompt, stop);
             },
-            std::move(done));
+            [this, done = std::move(done)](LanguageModelAnswer answer) {
+                if (const auto place = std::exchange(asked_, std::nullopt))
+                    model_.takeSign(*place, std::holds_alternative<QString>(answer));
+                // It may destroy this session.
+                const auto call = done;
+                call(std::move(answer));
+            });
     }
 
 private:
     ChatServerModel& model_;
     QString instructions_;
+    /// Who has not answered yet.
+    std::optional<ModelPlace> asked_;
     std::unique_ptr<Errand<LanguageModelAnswer>> question_;
 };
 
@@ -120,6 +140,56 @@ ChatServerModel::ChatServerModel(MainQueue& queue, UserDefaults& defaults, Syste
 }
 
 ChatServerModel::~ChatServerModel() = default;
+
+LanguageModelAvailability ChatServerModel::availability()
+{
+    const bool isLoading = warmUp_ && findings_.place == warmed_;
+    return isLoading ? LanguageModelAvailability::modelNotReady : findings_.availability;
+}
+
+std::optional<QString> ChatServerModel::modelName()
+{
+    return findings_.place ? std::optional(findings_.place->model) : std::nullopt;
+}
+
+void ChatServerModel::warmUp()
+{
+    if (!search_ && !isFresh())
+        beginSearch();
+    isWarmUpWanted_ = search_ != nullptr;
+    // What was there last time is there still, as a rule.
+    beginWarmUp();
+}
+
+bool ChatServerModel::isWarm() const
+{
+    return lastAnswer_ && queue_.now() - *lastAnswer_ < staysLoaded;
+}
+
+void ChatServerModel::beginWarmUp()
+{
+    if (!findings_.place)
+        return;
+    if (warmed_ != findings_.place) {
+        warmUp_.reset();
+        lastAnswer_.reset();
+        warmed_ = findings_.place;
+    }
+    if (warmUp_ || isWarm())
+        return;
+    warmUp_ = std::make_unique<Errand<bool>>(
+        worker_, queue_, [place = *warmed_](const std::stop_token& stop) { return warmUpModel(place, stop); },
+        [this](bool hasAnswered) {
+            warmUp_.reset();
+            takeSign(*warmed_, hasAnswered);
+        });
+}
+
+void ChatServerModel::takeSign(const ModelPlace& place, bool hasAnswered)
+{
+    if (place == warmed_)
+        lastAnswer_ = hasAnswered ? std::optional(queue_.now()) : std::nullopt;
+}
 
 std::unique_ptr<Registration> ChatServerModel::refreshAvailability(std::function<void()> done)
 {
@@ -189,6 +259,8 @@ void ChatServerModel::endSearch(ServerFindings findings)
     findings_ = std::move(findings);
     asOf_ = searchBegan_;
     complain(findings_.complaint);
+    if (std::exchange(isWarmUpWanted_, false))
+        beginWarmUp();
     for (Look* look : std::exchange(waiting_, {}))
         look->end();
 }

@@ -42,6 +42,10 @@ struct RewritePreferences {
 /// memory. A named server that answers something else, or has an address elsewhere, is `otherReason`, and
 /// the log says why.
 ///
+/// A model that has not answered for four minutes may have been unloaded: `warmUp` asks it for one token, for
+/// as long as it takes to load, and until it has answered it is `modelNotReady`. When it refuses, it counts
+/// as before; the next warm-up tries again.
+///
 /// Each look and each question runs on a thread that ends with it and closes its connections. While nobody
 /// asks there is no thread, timer or connection.
 ///
@@ -64,8 +68,10 @@ public:
     ChatServerModel(const ChatServerModel&) = delete;
     ChatServerModel& operator=(const ChatServerModel&) = delete;
 
-    [[nodiscard]] LanguageModelAvailability availability() override { return findings_.availability; }
+    [[nodiscard]] LanguageModelAvailability availability() override;
     [[nodiscard]] std::unique_ptr<Registration> refreshAvailability(std::function<void()> done) override;
+    [[nodiscard]] std::optional<QString> modelName() override;
+    void warmUp() override;
     [[nodiscard]] std::unique_ptr<LanguageModelSession> makeSession(const QString& instructions) override;
 
 private:
@@ -77,6 +83,10 @@ private:
     [[nodiscard]] ServerSearch makeSearch(const RewritePreferences& preferences) const;
     void endSearch(ServerFindings findings);
     void complain(const QString& complaint);
+    [[nodiscard]] bool isWarm() const;
+    void beginWarmUp();
+    /// The model has answered a question, or left it unanswered.
+    void takeSign(const ModelPlace& place, bool hasAnswered);
 
     MainQueue& queue_;
     UserDefaults& defaults_;
@@ -92,6 +102,12 @@ private:
     Worker worker_;
     std::unique_ptr<Errand<ServerFindings>> search_;
     std::unique_ptr<Timer> searchLimit_;
+    /// The model that is or was warmed up, and when it has last answered.
+    std::optional<ModelPlace> warmed_;
+    std::optional<MainQueue::Duration> lastAnswer_;
+    std::unique_ptr<Errand<bool>> warmUp_;
+    /// What the search finds is to be warmed up.
+    bool isWarmUpWanted_ = false;
 };
 
 } // namespace corvandi

@@ -228,10 +228,17 @@ void GeneralPaneView::bindInsertion()
     connect(&settings, &Settings::insertionChanged, insertion_, show);
 }
 
+QString GeneralPaneView::modelLine() const
+{
+    if (!pane_.rewriteModel())
+        return {};
+    return translated(QT_TRANSLATE_NOOP("GeneralPane", "Model: %1")).arg(*pane_.rewriteModel());
+}
+
 void GeneralPaneView::showState()
 {
     rewrite_->toggle().setEnabled(!pane_.rewriteCaption());
-    rewrite_->setCaption(pane_.rewriteCaption().value_or(QString()));
+    rewrite_->setCaption(pane_.rewriteCaption().value_or(modelLine()));
     openModelSettings_->setVisible(pane_.canEnableAppleIntelligence());
     launchAtLogin_->setCaption(pane_.launchAtLoginError().value_or(QString()));
     launchAtLogin_->toggle().setChecked(pane_.launchAtLogin());

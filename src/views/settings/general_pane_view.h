@@ -57,6 +57,7 @@ private:
     void addHotkey(HotkeyRecorder& recorder);
     void addText();
     void addGeneral();
+    [[nodiscard]] QString modelLine() const;
     void showState();
 
     GeneralPane& pane_;

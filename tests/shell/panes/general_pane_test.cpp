@@ -45,6 +45,24 @@ TEST_F(GeneralPaneTest, AnAvailableModelNeedsNoCaption)
     EXPECT_FALSE(pane.canEnableAppleIntelligence());
 }
 
+TEST_F(GeneralPaneTest, TheModelThatRewritesIsNamed)
+{
+    model.name = QStringLiteral("small:1b");
+    refreshWith(LanguageModelAvailability::available);
+    EXPECT_EQ(pane.rewriteModel(), QStringLiteral("small:1b"));
+    refreshWith(LanguageModelAvailability::modelNotReady);
+    EXPECT_EQ(pane.rewriteModel(), std::nullopt);
+}
+
+TEST_F(GeneralPaneTest, SwitchingRewritingOnWarmsTheModelUp)
+{
+    EXPECT_EQ(model.warmUps, 0);
+    settings.setCleanUpSentences(true);
+    EXPECT_EQ(model.warmUps, 1);
+    settings.setCleanUpSentences(false);
+    EXPECT_EQ(model.warmUps, 1);
+}
+
 TEST_F(GeneralPaneTest, AModelThatIsStillDownloadingIsExplained)
 {
     refreshWith(LanguageModelAvailability::modelNotReady);

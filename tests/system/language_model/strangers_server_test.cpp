@@ -36,8 +36,9 @@ protected:
     }
     [[nodiscard]] static QString complaintOf(const HttpServer& of)
     {
-        return QStringLiteral("Corvandi: the model server at http://127.0.0.1:%1 belongs to another user, and is "
-                              "not asked")
+        return QStringLiteral(
+                   "Corvandi: the model server at http://127.0.0.1:%1 belongs to another user, and is "
+                   "not asked")
             .arg(of.port());
     }
 };

@@ -19,7 +19,8 @@ QByteArray line(const QByteArray& place, uint user, const QByteArray& state = "0
            QByteArray::number(user) + "        0 25913 1 0000000000000000 100 0 0 10 0\n";
 }
 
-const QByteArray heading = "  sl  local_address rem_address   st tx_queue rx_queue tr tm->when retrnsmt   uid\n";
+const QByteArray heading =
+    "  sl  local_address rem_address   st tx_queue rx_queue tr tm->when retrnsmt   uid\n";
 const QByteArray loopback = "0100007F:2CAA";
 const QByteArray everywhere = "00000000:2CAA";
 const QByteArray loopback6 = "00000000000000000000000001000000:2CAA";

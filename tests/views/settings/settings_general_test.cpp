@@ -98,6 +98,23 @@ TEST_F(GeneralPaneViewTest, TheWayOfInsertingIsChosen)
     EXPECT_EQ(choice.count(), 2);
 }
 
+TEST_F(GeneralPaneViewTest, TheModelThatRewritesIsNamedUnderTheSwitch)
+{
+    parts.model.name = QStringLiteral("small:1b");
+    open();
+    EXPECT_TRUE(toggle("Rewrite into clean sentences").isEnabled());
+    EXPECT_TRUE(shows(*view, QStringLiteral("Model: small:1b")));
+}
+
+TEST_F(GeneralPaneViewTest, WhatSpeaksAgainstRewritingComesBeforeTheModelsName)
+{
+    parts.model.name = QStringLiteral("small:1b");
+    parts.model.state = LanguageModelAvailability::modelNotReady;
+    open();
+    EXPECT_TRUE(shows(*view, QStringLiteral("The model is still downloading. Try again shortly.")));
+    EXPECT_FALSE(shows(*view, QStringLiteral("Model: small:1b")));
+}
+
 TEST_F(GeneralPaneViewTest, AModelThatIsStillDownloadingDisablesTheSwitch)
 {
     parts.model.state = LanguageModelAvailability::modelNotReady;
