@@ -42,7 +42,12 @@ public:
     {
         return known_ == LanguageModelAvailability::available ? name : std::nullopt;
     }
-    void warmUp() override { ++warmUps; }
+    void warmUp() override
+    {
+        ++warmUps;
+        if (!looksAreHeld)
+            known_ = state;
+    }
     [[nodiscard]] std::unique_ptr<LanguageModelSession> makeSession(const QString& text) override
     {
         instructions.push_back(text);

@@ -72,7 +72,7 @@ QCoro::Task<> DictationController::deliver(std::optional<Transcript> result, Tar
 
 QCoro::Task<> DictationController::deliverTranscript(Transcript transcript, Target target)
 {
-    const bool rewriteWanted = co_await isRewriteWanted();
+    const bool rewriteWanted = isRewriteWanted();
     QString text = cleaned(transcript.text, target, rewriteWanted);
     if (trimmedOfSpacesAndTabs(text).isEmpty()) {
         showTransient(wordsForNothing(transcript), HUDState::error);
@@ -107,16 +107,11 @@ QString DictationController::wordsForNothing(const Transcript& transcript) const
                                  : translated("Didn't catch that.");
 }
 
-QCoro::Task<bool> DictationController::isRewriteWanted()
+/// A model that is still looked at, or loaded, is not waited for: it serves the next dictation.
+bool DictationController::isRewriteWanted()
 {
-    if (!settings_.cleanUpSentences())
-        co_return false;
-    // Known already, as a rule: the release has asked.
-    const OneShot<Done> known;
-    const std::stop_callback atEnd(ending_.get_token(), [known] { known.complete({}); });
-    const auto look = platform_.languageModel.refreshAvailability([known] { known.complete({}); });
-    co_await known;
-    co_return !ending_.stop_requested() && !Rewriter::caption(platform_.languageModel.availability());
+    return settings_.cleanUpSentences() && !ending_.stop_requested() &&
+           !Rewriter::caption(platform_.languageModel.availability());
 }
 
 QString DictationController::cleaned(const QString& transcript, const Target& target, bool rewriteWanted)

@@ -145,6 +145,9 @@ void DictationController::beginDictation()
     recordingStart_ = platform_.queue.now();
     hud_.showRecording();
     endWhenLocked();
+    // So that it is known, and loaded, when the text is there.
+    if (settings_.cleanUpSentences())
+        platform_.languageModel.warmUp();
     startTask_ = std::make_shared<QCoro::Task<>>(runStart(weak_from_this(), platform_.queue, sessionTask_));
     // The hand is on the hotkey again: an insertion that waits for it to leave would wait for long. Last,
     // since that insertion goes on inside this call.
@@ -220,9 +223,6 @@ void DictationController::endDictation()
         cancelDictation(startTask_);
         return;
     }
-    // So that the answer is there when the transcript is.
-    if (settings_.cleanUpSentences())
-        modelLook_ = platform_.languageModel.refreshAvailability([] {});
     const Recording recording{startTask_, targetBundleID_, soundIsLost_};
     sessionTask_ = std::make_shared<QCoro::Task<>>(runSession(weak_from_this(), platform_.queue, recording));
 }

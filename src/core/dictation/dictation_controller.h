@@ -149,7 +149,7 @@ private:
     [[nodiscard]] QCoro::Task<> deliver(std::optional<Transcript> result, Target target);
     [[nodiscard]] QCoro::Task<> deliverTranscript(Transcript transcript, Target target);
     [[nodiscard]] QString wordsForNothing(const Transcript& transcript) const;
-    [[nodiscard]] QCoro::Task<bool> isRewriteWanted();
+    [[nodiscard]] bool isRewriteWanted();
     [[nodiscard]] QString cleaned(const QString& transcript, const Target& target, bool rewriteWanted);
     [[nodiscard]] QCoro::Task<> waitForFreshFocus();
     [[nodiscard]] QCoro::Task<QString> rewritten(QString text);
@@ -186,8 +186,6 @@ private:
     std::optional<MainQueue::Duration> recordingStart_;
     /// Completed when an insertion need not wait for the modifiers any more.
     OneShot<Done> keysAreFree_;
-    /// The look at the language model that the latest release has begun.
-    std::unique_ptr<Registration> modelLook_;
     Target targetBundleID_;
     std::shared_ptr<bool> soundIsLost_;
     /// While the key is held.

@@ -108,17 +108,6 @@ TEST_F(ProgramEndTest, ATranscriptIsWaitedFor700MillisecondsAtMost)
     EXPECT_EQ(pasteboard.text(), QStringLiteral("what the user had"));
 }
 
-TEST_F(ProgramEndTest, TheLookAtTheModelIsNotWaitedFor)
-{
-    settings.setCleanUpSentences(true);
-    model.looksAreHeld = true;
-    dictate(words);
-    end();
-    EXPECT_TRUE(hasEnded());
-    EXPECT_TRUE(isSaved(words));
-    EXPECT_TRUE(model.prompts.empty());
-}
-
 TEST_F(ProgramEndTest, AQuestionToTheModelIsGivenUpAndTheTextSavedAsItIs)
 {
     rewriteSlowly(words);

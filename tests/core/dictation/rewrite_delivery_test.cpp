@@ -33,80 +33,51 @@ TEST_F(RewriteDeliveryTest, WithTheSwitchOffTheModelIsNotEvenAskedWhetherItIsThe
     settings.setCleanUpSentences(false);
     dictate(words);
     EXPECT_EQ(model.looks, 0);
+    EXPECT_EQ(model.warmUps, 0);
     EXPECT_EQ(keyboard.typed(), words);
 }
 
-TEST_F(RewriteDeliveryTest, TheModelIsLookedAtFromTheReleaseOn)
+TEST_F(RewriteDeliveryTest, TheModelIsWarmedUpFromThePressOn)
 {
     press();
+    EXPECT_EQ(model.warmUps, 1);
     queue.advance(1s);
-    EXPECT_EQ(model.looks, 0);
     release();
-    EXPECT_EQ(model.looks, 1);
+    recognise(words);
+    EXPECT_EQ(model.warmUps, 1);
 }
 
-TEST_F(RewriteDeliveryTest, APressThatIsTooShortIsNoReasonToLookAtTheModel)
+TEST_F(RewriteDeliveryTest, ARefusedPressIsNoReasonToWarmTheModelUp)
 {
-    hold(349ms);
-    EXPECT_EQ(model.looks, 0);
+    focus.focusPasswordField();
+    press();
+    EXPECT_EQ(model.warmUps, 0);
 }
 
-TEST_F(RewriteDeliveryTest, TheTextWaitsUntilItIsKnownWhetherTheModelIsThere)
+TEST_F(RewriteDeliveryTest, AModelOfWhichNothingIsKnownYetIsNotWaitedFor)
 {
     model.looksAreHeld = true;
     dictate(words);
-    queue.advance(1s);
-    EXPECT_TRUE(shows(HUDState::processing, "Transcribing"));
     EXPECT_TRUE(model.prompts.empty());
-    EXPECT_TRUE(nothingWasDelivered());
+    EXPECT_EQ(keyboard.typed(), words);
+}
 
-    model.endLooks();
-    queue.drain();
-    EXPECT_TRUE(shows(HUDState::processing, "Polishing"));
+TEST_F(RewriteDeliveryTest, AModelThatIsStillLoadedServesTheNextDictation)
+{
+    model.state = LanguageModelAvailability::modelNotReady;
+    dictate(words);
+    EXPECT_TRUE(model.prompts.empty());
+    EXPECT_EQ(keyboard.typed(), words);
+    model.state = LanguageModelAvailability::available;
+    dictate(words);
     EXPECT_EQ(model.prompts.size(), 1U);
 }
 
-TEST_F(RewriteDeliveryTest, AModelThatTurnsOutNotToBeThereIsNotAsked)
+TEST_F(RewriteDeliveryTest, TheNextDictationWaitsForOneThatIsRewritten)
 {
-    model.looksAreHeld = true;
-    model.state = LanguageModelAvailability::modelNotReady;
-    dictate(words);
-    EXPECT_TRUE(nothingWasDelivered());
-    model.endLooks();
-    queue.drain();
-    EXPECT_TRUE(model.prompts.empty());
-    EXPECT_EQ(keyboard.typed(), words);
-}
-
-TEST_F(RewriteDeliveryTest, ATimedOutTranscriptDoesNotWaitForTheModel)
-{
-    model.looksAreHeld = true;
-    hold();
-    queue.advance(5s);
-    EXPECT_TRUE(shows(HUDState::error, "Transcription timed out."));
-}
-
-TEST_F(RewriteDeliveryTest, APressWhileTheModelIsLookedAtLeavesTheTextOnItsWay)
-{
-    model.looksAreHeld = true;
-    dictate(words);
-    press();
-    EXPECT_EQ(face().state(), HUDState::recording);
-    model.endLooks();
-    queue.drain();
-    EXPECT_EQ(face().state(), HUDState::recording) << "the newer dictation has the word";
-    answer("So, we went home, Ann.");
-    EXPECT_EQ(keyboard.typed(), QStringLiteral("So, we went home, Ann."));
-}
-
-TEST_F(RewriteDeliveryTest, TheNextDictationWaitsForOneThatWaitsForTheModel)
-{
-    model.looksAreHeld = true;
     dictate(words);
     press();
     EXPECT_EQ(input.count("start"), 1);
-    model.endLooks();
-    queue.drain();
     answer("So, we went home, Ann.");
     EXPECT_EQ(input.count("start"), 2);
 }
@@ -116,6 +87,8 @@ TEST_F(RewriteDeliveryTest, ASwitchThatGoesOnWhileTheTranscriptIsAwaitedCounts)
     settings.setCleanUpSentences(false);
     hold();
     settings.setCleanUpSentences(true);
+    // As the pane does with its switch.
+    model.warmUp();
     recognise(words);
     EXPECT_TRUE(shows(HUDState::processing, "Polishing"));
 }
