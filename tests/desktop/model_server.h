@@ -13,15 +13,18 @@ namespace corvandi::testing {
 
 inline const std::string rewritten = "Please go forward ten meters, and then stop there.";
 
-/// A model server that streams the same text for every question.
+/// A model server that streams the same text for every question. Only what warms it up is answered at once.
 class ModelServer {
 public:
     explicit ModelServer(std::chrono::milliseconds delay = {})
     {
         thread_.withServer([delay](HttpServer& server) {
             server.serve(QStringLiteral("/v1/models"), R"({"object":"list","data":[{"id":"small:1b"}]})");
-            server.answer(QStringLiteral("/v1/chat/completions"), [delay](QTcpSocket& socket) {
-                QTimer::singleShot(delay, &socket, [&socket] { stream(socket); });
+            server.answer(QStringLiteral("/v1/chat/completions"), [delay, &server](QTcpSocket& socket) {
+                if (isWarmUp(server.bodies().back()))
+                    socket.write(head("200 OK", "Content-Length: 2\r\n") + "{}");
+                else
+                    QTimer::singleShot(delay, &socket, [&socket] { stream(socket); });
             });
         });
     }
@@ -31,7 +34,15 @@ public:
         return "rewriteServer=http://127.0.0.1:" + std::to_string(thread_.port());
     }
     /// How many questions have come, and how many looks whether there is a model.
-    [[nodiscard]] size_t questions() { return requestsThatBegin("POST /v1/chat/completions "); }
+    [[nodiscard]] size_t questions()
+    {
+        size_t count = 0;
+        thread_.withServer([&](const HttpServer& server) {
+            for (const QByteArray& body : server.bodies())
+                count += body.isEmpty() || isWarmUp(body) ? 0 : 1;
+        });
+        return count;
+    }
     [[nodiscard]] size_t looks() { return requestsThatBegin("GET /v1/models "); }
     /// Waits until nobody is connected any more; false when that does not happen.
     [[nodiscard]] bool waitUntilAlone()
@@ -47,6 +58,7 @@ public:
     }
 
 private:
+    [[nodiscard]] static bool isWarmUp(const QByteArray& body) { return body.contains(R"("max_tokens":1)"); }
     static void stream(QTcpSocket& socket)
     {
         socket.write(head("200 OK", "Content-Type: text/event-stream\r\nConnection: close\r\n"));
