@@ -1,5 +1,6 @@
 #include "app/facilities.h"
 
+#include "core/speech/speech_locale.h"
 #include "engines/speech_engines.h"
 #include "views/hud/hud_view.h"
 
@@ -88,7 +89,7 @@ Platform Facilities::forDictation()
         .speechFramework = *speechFramework,
         .languageModel = languageModel,
         .hudPanelFactory = session->hudPanelFactory(),
-        .locale = Locale::current(),
+        .locale = speechLocale(userDefaults, log),
         .storeDirectory = storeDirectory(),
     };
 }

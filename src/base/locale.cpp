@@ -41,6 +41,20 @@ Locale Locale::current()
     return Locale(U_SUCCESS(status) ? QString::fromStdString(tag) : QLatin1String(fallbackIdentifier));
 }
 
+std::optional<Locale> Locale::fromTag(const QString& text)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    const QByteArray given = text.toUtf8();
+    const icu::Locale parsed =
+        icu::Locale::forLanguageTag({given.constData(), static_cast<int32_t>(given.size())}, status);
+    const auto tag = parsed.toLanguageTag<std::string>(status);
+    // Any word of five to eight letters has the form of a language.
+    const bool isKnown = *parsed.getISO3Language() != '\0';
+    if (U_FAILURE(status) || !isKnown)
+        return std::nullopt;
+    return Locale(QString::fromStdString(tag));
+}
+
 std::optional<QString> Locale::languageCode() const
 {
     const QString code = QString::fromLatin1(parse(bcp47_).getLanguage());

@@ -21,6 +21,9 @@ public:
     /// The locale that the environment names. The "C" and "POSIX" locales, and an environment that names
     /// none, mean American English.
     [[nodiscard]] static Locale current();
+    /// The locale that `text` names in BCP 47's way, in any letter case; nothing when it is no such name, or
+    /// one of a language that nobody knows.
+    [[nodiscard]] static std::optional<Locale> fromTag(const QString& text);
 
     [[nodiscard]] const QString& bcp47() const { return bcp47_; }
     /// The language subtag in lower case ("en"), or nothing when there is none.

@@ -24,6 +24,19 @@ TEST(Locale, AnEnvironmentWithoutALanguageMeansAmericanEnglish)
     EXPECT_EQ(currentWith("POSIX").bcp47(), QStringLiteral("en-US"));
 }
 
+TEST(Locale, ATagIsTakenInAnyLetterCase)
+{
+    EXPECT_EQ(Locale::fromTag(QStringLiteral("en-US")), Locale(QStringLiteral("en-US")));
+    EXPECT_EQ(Locale::fromTag(QStringLiteral("EN-gb")), Locale(QStringLiteral("en-GB")));
+    EXPECT_EQ(Locale::fromTag(QStringLiteral("de")), Locale(QStringLiteral("de")));
+}
+
+TEST(Locale, WhatIsNoTagNamesNoLocale)
+{
+    for (const char* text : {"", " ", "english", "en-US!", "American English", "und", "xx-YY", "-", "C"})
+        EXPECT_EQ(Locale::fromTag(QLatin1String(text)), std::nullopt) << text;
+}
+
 TEST(Locale, TellsItsLanguageCode)
 {
     EXPECT_EQ(Locale(QStringLiteral("en-AU")).languageCode(), QStringLiteral("en"));
