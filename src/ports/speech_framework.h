@@ -39,6 +39,10 @@ public:
     /// result delivered. Throws when that fails. An analyzer that was never started ends at once, and
     /// so do its results. Once.
     [[nodiscard]] virtual QCoro::Task<> finalizeAndFinishThroughEndOfInput() = 0;
+    /// Gives the dictation up, as dropping it does, for those who can't drop it because its tasks are
+    /// awaited: the results end soon, and so does finalizing, without an error. The sound that has not been
+    /// recognised by then never is. May be called at any time, also twice.
+    virtual void cancel() = 0;
 };
 
 /// A speech engine. Its analyzers take turns: one that is started while another one is still busy is

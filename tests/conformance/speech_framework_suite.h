@@ -286,6 +286,30 @@ TEST_P(SpeechFrameworkSuite, DroppingAnAnalyzerThatWasNeverStartedEndsItsResults
     EXPECT_EQ(dictation.results->failure, "");
 }
 
+TEST_P(SpeechFrameworkSuite, ACancelledDictationEndsThoughItIsAwaitedAndMakesRoomForTheNext)
+{
+    const WatchedDictation dictation = makeDictation();
+    start(dictation);
+    dictation.write(driver.firstWords().sound);
+    dictation.input->finish();
+    TaskOutcome<> finalized(dictation.analyzer->finalizeAndFinishThroughEndOfInput());
+    dictation.analyzer->cancel();
+    dictation.analyzer->cancel();
+    EXPECT_TRUE(driver.until([&] { return finalized.hasEnded() && dictation.results->haveEnded; }));
+    EXPECT_TRUE(finalized.hasSucceeded());
+    EXPECT_EQ(dictation.results->failure, "");
+    expectToBeUnderstood(driver.secondWords());
+}
+
+TEST_P(SpeechFrameworkSuite, ADictationThatIsCancelledBeforeItsStartEndsToo)
+{
+    const WatchedDictation dictation = makeDictation();
+    dictation.analyzer->cancel();
+    EXPECT_TRUE(driver.until([&] { return dictation.results->haveEnded; }));
+    EXPECT_TRUE(dictation.results->pieces.empty());
+    EXPECT_TRUE(ended(dictation.analyzer->finalizeAndFinishThroughEndOfInput()).hasSucceeded());
+}
+
 TEST_P(SpeechFrameworkSuite, SoundMayComeFromAnotherThreadAndResultsComeOnTheMainThread)
 {
     const SpokenWords spoken = driver.firstWords();

@@ -65,12 +65,30 @@ public:
         dictation_->wasFinalized = true;
         if (input_)
             readInput();
-        co_await framework_.finalizing.run();
+        const OneShot<Done> over = over_;
+        const QCoro::Task<> step = finalize(framework_.finalizing, over);
+        co_await over;
         if (framework_.finalizingEndsResults || !input_)
             results_->push({});
     }
 
+    void cancel() override
+    {
+        dictation_->wasCancelled = true;
+        results_->push({});
+        over_.complete(Done{});
+    }
+
 private:
+    static QCoro::Task<> finalize(ScriptedStep& step, OneShot<Done> over)
+    {
+        try {
+            co_await step.run();
+            over.complete(Done{});
+        } catch (...) {
+            over.fail(std::current_exception());
+        }
+    }
     void readInput()
     {
         while (std::optional<AudioBuffer> buffer = input_->next()) {
@@ -84,6 +102,8 @@ private:
     std::shared_ptr<Results> results_;
     std::shared_ptr<Dictation> dictation_;
     std::shared_ptr<AudioStream> input_;
+    /// Completed by the finalization or by the cancellation.
+    OneShot<Done> over_;
 };
 
 FakeSpeechFramework::FakeSpeechFramework() = default;
@@ -147,7 +167,7 @@ std::shared_ptr<SpeechAnalyzer> FakeSpeechFramework::makeAnalyzer(const Locale& 
 {
     usedLocales_.push_back(locale);
     results_.push_back(std::make_shared<Results>());
-    dictations_.push_back(std::make_shared<Dictation>(Dictation{locale, false, false, {}}));
+    dictations_.push_back(std::make_shared<Dictation>(Dictation{locale, false, false, false, {}}));
     return std::make_shared<Analyzer>(*this, results_.back(), dictations_.back());
 }
 

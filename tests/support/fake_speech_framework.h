@@ -49,6 +49,7 @@ public:
         Locale locale;
         bool wasStarted = false;
         bool wasFinalized = false;
+        bool wasCancelled = false;
         /// What came out of its stream, read to the end when it was finalized.
         std::vector<AudioBuffer> received;
     };

@@ -83,7 +83,8 @@ struct SpeechService::Core {
     static QCoro::Task<Transcript> finish(std::shared_ptr<Core> core);
 
     void requireCurrent(uint64_t dictation) const;
-    void abandon();
+    void endUnfinished();
+    void abandonFinishing();
 
     SpeechFramework& framework;
     AudioConverterFactory& converters;
@@ -92,6 +93,12 @@ struct SpeechService::Core {
     SpeechInput input;
     std::shared_ptr<SpeechAnalyzer> analyzer;
     std::optional<QCoro::Task<Transcript>> results;
+    /// A dictation whose text is awaited.
+    struct Ending {
+        std::shared_ptr<SpeechAnalyzer> analyzer;
+        bool isAbandoned = false;
+    };
+    std::vector<std::weak_ptr<Ending>> endings;
     /// Counts the starts and their ends, so that a start that was suspended can see that it is over.
     uint64_t currentDictation = 0;
 };
@@ -123,7 +130,7 @@ QCoro::Task<> SpeechService::Core::start(std::shared_ptr<Core> core, AudioFormat
     const uint64_t dictation = ++core->currentDictation;
     const Locale locale = co_await transcriptionLocale(core);
     core->requireCurrent(dictation);
-    core->abandon();
+    core->endUnfinished();
     core->analyzer = core->framework.makeAnalyzer(locale);
     const std::optional<AudioFormat> format = co_await core->framework.bestAvailableAudioFormat(locale);
     core->requireCurrent(dictation);
@@ -148,21 +155,35 @@ QCoro::Task<Transcript> SpeechService::Core::finish(std::shared_ptr<Core> core)
 {
     ++core->currentDictation;
     core->input.disconnect();
-    const std::shared_ptr<SpeechAnalyzer> analyzer = std::exchange(core->analyzer, nullptr);
+    const auto ending = std::make_shared<Ending>();
+    ending->analyzer = std::exchange(core->analyzer, nullptr);
+    std::erase_if(core->endings, [](const auto& each) { return each.expired(); });
+    core->endings.push_back(ending);
     std::optional<QCoro::Task<Transcript>> results = std::exchange(core->results, std::nullopt);
     core->input.discardPending();
     Transcript transcript;
     bool finalized = true;
-    if (analyzer)
-        finalized = co_await finalize(analyzer, core->log);
+    if (ending->analyzer)
+        finalized = co_await finalize(ending->analyzer, core->log);
     if (results)
         transcript = co_await *results;
-    transcript.failed = transcript.failed || !finalized;
+    transcript.failed = transcript.failed || !finalized || ending->isAbandoned;
     co_return transcript;
 }
 
+void SpeechService::Core::abandonFinishing()
+{
+    for (const std::weak_ptr<Ending>& each : std::exchange(endings, {})) {
+        const std::shared_ptr<Ending> ending = each.lock();
+        if (!ending || !ending->analyzer)
+            continue;
+        ending->isAbandoned = true;
+        ending->analyzer->cancel();
+    }
+}
+
 /// Brings a dictation that nobody has finished to its end, without waiting for it.
-void SpeechService::Core::abandon()
+void SpeechService::Core::endUnfinished()
 {
     input.disconnect();
     results.reset();
@@ -179,7 +200,7 @@ SpeechService::SpeechService(SpeechFramework& framework, AudioConverterFactory& 
 SpeechService::~SpeechService()
 {
     ++core_->currentDictation;
-    core_->abandon();
+    core_->endUnfinished();
 }
 
 std::optional<Locale> SpeechService::resolveLocale(const Locale& wanted, const std::vector<Locale>& supported)
@@ -216,6 +237,13 @@ void SpeechService::feed(const AudioBuffer& buffer)
 QCoro::Task<Transcript> SpeechService::finish()
 {
     return Core::finish(core_);
+}
+
+void SpeechService::abandon()
+{
+    // Held: those who are woken may drop the service.
+    const std::shared_ptr<Core> core = core_;
+    core->abandonFinishing();
 }
 
 } // namespace corvandi

@@ -90,8 +90,12 @@ public:
     void feed(const AudioBuffer& buffer);
     /// Ends the dictation and waits for its text. Never throws: failures are logged and told by
     /// `failed`. Without a dictation the text is empty. How long it takes is up to the engine; whoever
-    /// doesn't want to wait drops the task.
+    /// doesn't want to wait any more calls `abandon`.
     [[nodiscard]] QCoro::Task<Transcript> finish();
+    /// Tells the engine to give up every dictation that a `finish` is still waiting for, so that the next
+    /// one does not queue behind it. Those tasks end soon, with the text until then, and `failed`. A
+    /// dictation that has been started and not finished goes on.
+    void abandon();
 
 private:
     struct Core;

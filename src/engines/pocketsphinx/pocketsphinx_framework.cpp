@@ -31,13 +31,7 @@ public:
         : engine_(std::move(engine))
     {
     }
-    ~Analyzer() override
-    {
-        if (run_)
-            run_->cancel();
-        else
-            results_->end(nullptr);
-    }
+    ~Analyzer() override { giveUp(); }
     Analyzer(const Analyzer&) = delete;
     Analyzer& operator=(const Analyzer&) = delete;
 
@@ -47,6 +41,8 @@ public:
         const ModelPresence presence = co_await load(engine_);
         if (presence == ModelPresence::notInstalled)
             throw Error(modelMissingDescription());
+        if (isGivenUp_)
+            co_return;
         run_ = std::make_shared<RecognitionRun>(std::move(input));
         lock(engine_)->recognise(run_, results_);
     }
@@ -61,10 +57,24 @@ public:
         co_await ended;
     }
 
+    void cancel() override { giveUp(); }
+
 private:
+    void giveUp()
+    {
+        isGivenUp_ = true;
+        if (run_)
+            run_->cancel();
+        // At once: the engine may have other dictations to do before it sees this one. Held, as those who
+        // are woken may drop this.
+        const std::shared_ptr<ResultChannel> results = results_;
+        results->end(nullptr);
+    }
+
     std::weak_ptr<Recognizer> engine_;
     const std::shared_ptr<ResultChannel> results_ = std::make_shared<ResultChannel>();
     std::shared_ptr<RecognitionRun> run_;
+    bool isGivenUp_ = false;
 };
 
 } // namespace

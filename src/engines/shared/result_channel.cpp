@@ -6,6 +6,8 @@ namespace corvandi {
 
 void ResultChannel::push(SpeechResult result)
 {
+    if (hasEnded_)
+        return;
     results_.push_back(std::move(result));
     wake();
 }

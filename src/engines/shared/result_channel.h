@@ -17,6 +17,7 @@ namespace corvandi {
 /// Thread: main thread only.
 class ResultChannel {
 public:
+    /// Does nothing after the end.
     void push(SpeechResult result);
     /// Nothing more will come; `failure` says why if something failed, else it is null. Only the first
     /// end counts.

@@ -146,6 +146,42 @@ TEST_F(SpeechFinishTest, ATranscriptThatNobodyWaitsForAnyMoreIsDropped)
     EXPECT_EQ(finish().value(), (Transcript{QStringLiteral("next"), false}));
 }
 
+TEST_F(SpeechFinishTest, AnAbandonedDictationEndsWithItsTextUntilThenAndAsFailed)
+{
+    framework.finalizing.hold();
+    EXPECT_TRUE(start().hasSucceeded());
+    framework.pushFinal(QStringLiteral("Hello"));
+    const auto outcome = finish();
+    EXPECT_FALSE(outcome.hasEnded());
+
+    service->abandon();
+    EXPECT_TRUE(framework.latest().wasCancelled);
+    EXPECT_EQ(outcome.value(), (Transcript{QStringLiteral("Hello"), true}));
+    framework.finalizing.release();
+}
+
+TEST_F(SpeechFinishTest, AbandoningLeavesADictationThatIsNotFinishedAlone)
+{
+    framework.finalizing.hold();
+    EXPECT_TRUE(start().hasSucceeded());
+    const auto first = finish();
+    EXPECT_TRUE(start().hasSucceeded());
+    service->abandon();
+    EXPECT_TRUE(first.hasEnded());
+    EXPECT_FALSE(framework.latest().wasCancelled);
+    framework.finalizing.release();
+    framework.pushFinal(QStringLiteral("next"));
+    EXPECT_EQ(finish().value(), (Transcript{QStringLiteral("next"), false}));
+}
+
+TEST_F(SpeechFinishTest, AbandoningWithoutADictationDoesNothing)
+{
+    service->abandon();
+    const auto outcome = finish();
+    service->abandon();
+    EXPECT_EQ(outcome.value(), (Transcript{{}, false}));
+}
+
 TEST_F(SpeechFinishTest, AFinishThatIsUnderWayWhenTheServiceIsDestroyedReturnsItsText)
 {
     framework.finalizing.hold();
