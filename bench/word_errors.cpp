@@ -7,6 +7,7 @@
 #include "engines/pocketsphinx/pocketsphinx_framework.h"
 #include "support/transcribing.h"
 #include "system/audio/speex_audio_converter.h"
+#include "system/log/linux_system_log.h"
 #include "system/process/qt_main_queue.h"
 
 #include <QCommandLineParser>
@@ -127,7 +128,8 @@ int main(int argc, char** argv)
     const QCoreApplication application(argc, argv);
     try {
         corvandi::QtMainQueue queue;
-        corvandi::PocketSphinxFramework framework(corvandi::installedModelFolder(), queue);
+        corvandi::LinuxSystemLog log;
+        corvandi::PocketSphinxFramework framework(corvandi::installedModelFolder(), queue, log);
         corvandi::bench::print(framework, corvandi::bench::optionsFrom(QCoreApplication::arguments()));
     } catch (const std::exception& error) {
         QTextStream(stderr) << corvandi::describe(error) << Qt::endl;

@@ -18,6 +18,13 @@ QString translated(const char* text)
     return QCoreApplication::translate("Application", text);
 }
 
+/// For what may be deleted at any time.
+QString cacheDirectory()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
+           QLatin1String("/Corvandi");
+}
+
 void askForAccessibility(NoticePresenter& questions, const AtSpiAccessibilityClient::Answer& answer)
 {
     const Question question{
@@ -63,7 +70,7 @@ Facilities::Facilities(SystemLog& theLog, const WindowSystem& windowSystem)
     , focus([this] { return session->workspace().frontmostProcess(); }, queue, log)
     , eventTapFactory(session->eventTapFactory(), accessibility)
     , captureAuthorization(soundServer, queue, sandboxedApplicationId())
-    , speechFramework(makeSpeechFramework(queue))
+    , speechFramework(makeSpeechFramework(queue, log, files, cacheDirectory()))
 {
 }
 

@@ -11,12 +11,16 @@
 #define CORVANDI_POCKETSPHINX_5 0
 #include <sphinxbase/ckd_alloc.h>
 #include <sphinxbase/cmd_ln.h>
+#include <sphinxbase/cmn.h>
 #include <sphinxbase/err.h>
+#include <sphinxbase/feat.h>
 #endif
 
 #include <csetjmp>
 #include <memory>
+#include <sstream>
 #include <string>
+#include <vector>
 
 namespace corvandi::sphinx {
 
@@ -52,6 +56,23 @@ inline void switchOff(const Config& config, const char* name)
 }
 /// Where the library goes when it runs out of memory: version 5 keeps that to itself.
 inline void setAllocationFailureTarget(std::jmp_buf*) {}
+/// What the decoder holds for the mean of the sound's cepstrum, which it takes off.
+inline std::vector<double> cepstralMean(ps_decoder_t* decoder)
+{
+    std::istringstream text(ps_get_cmn(decoder, FALSE));
+    std::vector<double> mean;
+    for (std::string each; std::getline(text, each, ',');)
+        mean.push_back(std::stod(each));
+    return mean;
+}
+/// `mean` has as many values as `cepstralMean`.
+inline void setCepstralMean(ps_decoder_t* decoder, const std::vector<double>& mean)
+{
+    std::ostringstream text;
+    for (size_t i = 0; i < mean.size(); ++i)
+        text << (i == 0 ? "" : ",") << mean[i];
+    ps_set_cmn(decoder, text.str().c_str());
+}
 
 #else
 
@@ -84,6 +105,25 @@ inline void switchOff(const Config& config, const char* name)
 inline void setAllocationFailureTarget(std::jmp_buf* target)
 {
     ckd_set_jump(target, FALSE);
+}
+/// What the decoder holds for the mean of the sound's cepstrum, which it takes off.
+inline std::vector<double> cepstralMean(ps_decoder_t* decoder)
+{
+    cmn_t* normalisation = ps_get_feat(decoder)->cmn_struct;
+    std::vector<mfcc_t> values(static_cast<size_t>(normalisation->veclen));
+    cmn_live_get(normalisation, values.data());
+    std::vector<double> mean;
+    for (const mfcc_t value : values)
+        mean.push_back(MFCC2FLOAT(value));
+    return mean;
+}
+/// `mean` has as many values as `cepstralMean`.
+inline void setCepstralMean(ps_decoder_t* decoder, const std::vector<double>& mean)
+{
+    std::vector<mfcc_t> values;
+    for (const double value : mean)
+        values.push_back(FLOAT2MFCC(static_cast<float>(value)));
+    cmn_live_set(ps_get_feat(decoder)->cmn_struct, values.data());
 }
 
 #endif

@@ -79,8 +79,9 @@ private:
 
 } // namespace
 
-PocketSphinxFramework::PocketSphinxFramework(const QString& modelFolder, MainQueue& queue)
-    : engine_(std::make_shared<Recognizer>(modelFolder, queue))
+PocketSphinxFramework::PocketSphinxFramework(const QString& modelFolder, MainQueue& queue, SystemLog& log,
+                                             std::shared_ptr<AdaptationFile> adaptation)
+    : engine_(std::make_shared<Recognizer>(modelFolder, queue, log, std::move(adaptation)))
 {
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "base/main_queue.h"
+#include "engines/shared/adaptation_file.h"
 #include "ports/speech_framework.h"
+#include "ports/system_log.h"
 
 #include <QString>
 
@@ -20,12 +22,17 @@ class Recognizer;
 /// from the distribution: `downloadAndInstall` throws the sentence that says which package to install.
 /// A damaged one makes `needsInstallation` and `start` throw.
 ///
+/// A decoder that fails in the middle of a dictation is replaced, once in a dictation, and the utterance is
+/// recognised again; that is logged.
+///
 /// Destroying the framework ends everything that is going on within some milliseconds; results and
 /// `finalizeAndFinishThroughEndOfInput` that are awaited then throw.
 class PocketSphinxFramework : public SpeechFramework {
 public:
-    /// `queue` must outlive the framework.
-    PocketSphinxFramework(const QString& modelFolder, MainQueue& queue);
+    /// `queue` and `log` must outlive the framework. What the decoder has got used to is kept in
+    /// `adaptation`; where that is null, for the life of the framework.
+    PocketSphinxFramework(const QString& modelFolder, MainQueue& queue, SystemLog& log,
+                          std::shared_ptr<AdaptationFile> adaptation = nullptr);
     ~PocketSphinxFramework() override;
     PocketSphinxFramework(const PocketSphinxFramework&) = delete;
     PocketSphinxFramework& operator=(const PocketSphinxFramework&) = delete;

@@ -2,16 +2,27 @@
 
 #include "base/error.h"
 #include "engines/pocketsphinx/model_files.h"
+#include "engines/pocketsphinx/sphinx_decoder.h"
 
 #include <atomic>
+#include <chrono>
 #include <utility>
 
 namespace corvandi {
 
+namespace {
+
+/// What one gets used to by all the human recordings, at the level that the gain brings speech to.
+constexpr auto usualAdaptation = "50.32,-3.8,-1.3,5.5,0.75,-3.65,-2.98,-2.48,-5.05,-0.34,-5.85,-0.32,0.2";
+
+} // namespace
+
 /// What the jobs share, on the worker's thread.
 struct Recognizer::Decoding {
-    explicit Decoding(const QString& modelFolder)
+    Decoding(const QString& modelFolder, SystemLog& theLog, std::shared_ptr<AdaptationFile> theFile)
         : files(modelFolder)
+        , log(theLog)
+        , file(std::move(theFile))
     {
     }
 
@@ -19,9 +30,23 @@ struct Recognizer::Decoding {
     void recognise(RecognitionRun& run, const std::function<void(const QString& text)>& report);
 
     const ModelFiles files;
+    SystemLog& log;
+    const std::shared_ptr<AdaptationFile> file;
     std::unique_ptr<SphinxDecoder> decoder;
+    QString adaptation = QLatin1String(usualAdaptation);
+    SpeechGain gain;
+    bool hasReadFile = false;
     /// The one thing that the main thread looks at, too.
     std::atomic<bool> isLoaded = false;
+
+private:
+    void readFile();
+    void remember();
+    void forgetDecoder();
+    UtteranceDecoder& replaceDecoder(const QString& failure);
+
+    /// Away from the decoder, which the next dictation may be waiting for.
+    Worker writer_{QStringLiteral("speech memory"), Worker::AtEnd::finish, std::chrono::seconds(1)};
 };
 
 ModelPresence Recognizer::Decoding::load()
@@ -32,8 +57,36 @@ ModelPresence Recognizer::Decoding::load()
         return ModelPresence::notInstalled;
     files.verify();
     decoder = std::make_unique<SphinxDecoder>(files);
+    if (!std::exchange(hasReadFile, true))
+        readFile();
+    (void)decoder->adapt(adaptation);
     isLoaded = true;
     return ModelPresence::loaded;
+}
+
+void Recognizer::Decoding::readFile()
+{
+    if (!file)
+        return;
+    const Adaptation remembered = file->read();
+    if (remembered.engine.isEmpty())
+        return;
+    if (!decoder->adapt(remembered.engine)) {
+        log.write(QStringLiteral("what the speech engine had learned is not this engine's"));
+        return;
+    }
+    adaptation = remembered.engine;
+    gain = SpeechGain(remembered.speechLevel);
+}
+
+void Recognizer::Decoding::remember()
+{
+    adaptation = decoder->adaptation();
+    if (!file)
+        return;
+    writer_.post([file = file, learned = Adaptation{adaptation, gain.level()}](const std::stop_token&) {
+        file->write(learned);
+    });
 }
 
 void Recognizer::Decoding::recognise(RecognitionRun& run,
@@ -41,19 +94,43 @@ void Recognizer::Decoding::recognise(RecognitionRun& run,
 {
     if (load() == ModelPresence::notInstalled)
         throw Error(modelMissingDescription());
+    bool hasWords = false;
     try {
-        run.recognise(*decoder, report);
+        run.recognise(
+            {*decoder, [this](const QString& why) -> UtteranceDecoder& { return replaceDecoder(why); }, gain},
+            [&](const QString& text) {
+                hasWords = true;
+                report(text);
+            });
     } catch (...) {
         // It may be in the middle of an utterance, or worse: the next run gets a new one.
-        isLoaded = false;
-        decoder.reset();
+        forgetDecoder();
         throw;
     }
+    // Noise alone is nothing to get used to.
+    if (hasWords)
+        remember();
 }
 
-Recognizer::Recognizer(const QString& modelFolder, MainQueue& queue)
+void Recognizer::Decoding::forgetDecoder()
+{
+    isLoaded = false;
+    decoder.reset();
+}
+
+UtteranceDecoder& Recognizer::Decoding::replaceDecoder(const QString& failure)
+{
+    log.write(QStringLiteral("the speech engine failed and is started again: ") + failure);
+    forgetDecoder();
+    if (load() == ModelPresence::notInstalled)
+        throw Error(modelMissingDescription());
+    return *decoder;
+}
+
+Recognizer::Recognizer(const QString& modelFolder, MainQueue& queue, SystemLog& log,
+                       std::shared_ptr<AdaptationFile> file)
     : queue_(queue)
-    , decoding_(std::make_shared<Decoding>(modelFolder))
+    , decoding_(std::make_shared<Decoding>(modelFolder, log, std::move(file)))
     , mailbox_(queue)
 {
 }

@@ -2,8 +2,10 @@
 
 #include "base/awaitables.h"
 #include "base/worker.h"
-#include "engines/pocketsphinx/recognition_run.h"
+#include "engines/shared/adaptation_file.h"
+#include "engines/shared/recognition_run.h"
 #include "engines/shared/result_channel.h"
+#include "ports/system_log.h"
 
 #include <QString>
 
@@ -14,14 +16,16 @@ namespace corvandi {
 
 enum class ModelPresence { loaded, notInstalled };
 
-/// The one decoder and its thread, on which runs are recognised one after the other.
+/// The one decoder and its thread, on which runs are recognised one after the other. What it gets used to
+/// outlives the decoder, and with an adaptation file the program, too.
 ///
 /// Thread: main thread only. Destroying it cancels the run that is going on and waits for the thread,
 /// which takes some milliseconds. Then everything that was awaited fails with `Error`, later.
 class Recognizer {
 public:
-    /// `queue` must outlive the recognizer.
-    Recognizer(const QString& modelFolder, MainQueue& queue);
+    /// `queue` and `log` must outlive the recognizer; `file` may be null.
+    Recognizer(const QString& modelFolder, MainQueue& queue, SystemLog& log,
+               std::shared_ptr<AdaptationFile> file);
     ~Recognizer();
     Recognizer(const Recognizer&) = delete;
     Recognizer& operator=(const Recognizer&) = delete;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engines/pocketsphinx/model_files.h"
+#include "engines/shared/utterance_decoder.h"
 
 #include <QString>
 
@@ -17,20 +18,25 @@ namespace corvandi {
 /// cannot be used any more after that, and what it holds stays allocated.
 ///
 /// Thread: one at a time, any. Sound is 16 kHz, mono.
-class SphinxDecoder {
+class SphinxDecoder : public UtteranceDecoder {
 public:
     /// Loads the model, which takes 0.3 s. Throws `Error` when that fails.
     explicit SphinxDecoder(const ModelFiles& files);
-    ~SphinxDecoder();
+    ~SphinxDecoder() override;
     SphinxDecoder(const SphinxDecoder&) = delete;
     SphinxDecoder& operator=(const SphinxDecoder&) = delete;
 
-    /// Announces sound that has nothing to do with what came before.
-    void beginStream();
-    void beginUtterance();
-    void feed(std::span<const int16_t> samples);
-    /// The words of the utterance, in lower case and separated by spaces; empty when there are none.
-    [[nodiscard]] QString endUtterance();
+    /// What it has got used to, in words for `adapt`: the mean of the sound's spectrum.
+    [[nodiscard]] QString adaptation() const;
+    /// Gets used at once to what another decoder had got used to. False, and nothing changes, when
+    /// `adaptation` is not what one says. Not within an utterance.
+    [[nodiscard]] bool adapt(const QString& adaptation);
+
+    void beginStream() override;
+    void beginUtterance() override;
+    void feed(std::span<const int16_t> samples) override;
+    [[nodiscard]] QString endUtterance() override;
+    void dropUtterance() override;
 
 private:
     struct State;

@@ -16,28 +16,6 @@ namespace corvandi {
 /// What the English model was trained on.
 constexpr AudioFormat engineFormat{16000, 1, SampleFormat::int16};
 
-/// Tells speech from what else a microphone hears, frame by frame. It learns the background as it
-/// listens; make one for each dictation.
-///
-/// Thread: one at a time, any.
-class VoiceDetector {
-public:
-    /// 20 ms at 16 kHz.
-    static constexpr size_t samplesPerFrame = 320;
-
-    VoiceDetector();
-    ~VoiceDetector();
-    VoiceDetector(const VoiceDetector&) = delete;
-    VoiceDetector& operator=(const VoiceDetector&) = delete;
-
-    /// Whether `frame`, which has exactly `samplesPerFrame` samples, is part of speech.
-    [[nodiscard]] bool hears(std::span<const int16_t> frame);
-
-private:
-    struct State;
-    std::unique_ptr<State> state_;
-};
-
 /// Receives what a splitter finds: any number of utterances, one after the other.
 class UtteranceSink {
 public:

@@ -2,6 +2,7 @@
 
 #include "engines/pocketsphinx/pocketsphinx_framework.h"
 #include "support/event_loop.h"
+#include "support/recording_log.h"
 #include "support/task_outcome.h"
 #include "system/process/qt_main_queue.h"
 
@@ -84,7 +85,8 @@ private:
 QString refusalOf(const QString& folder)
 {
     QtMainQueue queue;
-    PocketSphinxFramework framework(folder, queue);
+    testing::RecordingLog log;
+    PocketSphinxFramework framework(folder, queue, log);
     const Locale english(QStringLiteral("en-US"));
     const TaskOutcome<bool> asked(framework.needsInstallation(english));
     EXPECT_TRUE(waitUntil([&] { return asked.hasEnded(); }, std::chrono::seconds(20)));

@@ -3,6 +3,7 @@
 #include "engines/pocketsphinx/pocketsphinx_framework.h"
 #include "engines/shared/utterance_splitter.h"
 #include "support/event_loop.h"
+#include "support/recording_log.h"
 #include "support/transcribing.h"
 #include "system/process/qt_main_queue.h"
 
@@ -30,8 +31,9 @@ public:
 
 private:
     QtMainQueue queue_;
-    PocketSphinxFramework framework_{installedModelFolder(), queue_};
-    PocketSphinxFramework withoutModel_{QStringLiteral("/nonexistent"), queue_};
+    RecordingLog log_;
+    PocketSphinxFramework framework_{installedModelFolder(), queue_, log_};
+    PocketSphinxFramework withoutModel_{QStringLiteral("/nonexistent"), queue_, log_};
 };
 
 INSTANTIATE_TEST_SUITE_P(PocketSphinx, SpeechFrameworkSuite,

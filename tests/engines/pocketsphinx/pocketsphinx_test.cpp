@@ -2,6 +2,9 @@
 #include "engines/pocketsphinx/pocketsphinx_framework.h"
 #include "harness/word_errors.h"
 #include "support/event_loop.h"
+#include "support/fake_files.h"
+#include "support/recording_log.h"
+#include "support/sound_conditions.h"
 #include "support/task_outcome.h"
 #include "support/transcribing.h"
 #include "system/process/qt_main_queue.h"
@@ -119,8 +122,9 @@ struct Session {
 class PocketSphinxTest : public ::testing::Test {
 protected:
     QtMainQueue queue;
+    testing::RecordingLog log;
     std::unique_ptr<PocketSphinxFramework> framework =
-        std::make_unique<PocketSphinxFramework>(installedModelFolder(), queue);
+        std::make_unique<PocketSphinxFramework>(installedModelFolder(), queue, log);
 };
 
 TEST_F(PocketSphinxTest, UnderstandsHumanSpeech)
@@ -158,6 +162,67 @@ TEST_F(PocketSphinxTest, NoiseGivesNoText)
             testing::transcribe(*framework, noise(5 * oneSecond, level), Pace::asFastAsPossible);
         EXPECT_EQ(transcript.text.toStdString(), "") << level;
     }
+}
+
+TEST_F(PocketSphinxTest, UnderstandsAMicrophoneThatIsTurnedDown)
+{
+    for (const double level : {-50.0, -55.0, -60.0}) {
+        const Transcription transcript =
+            testing::transcribe(*framework, testing::atLevel(goForward(), level), Pace::asFastAsPossible);
+        EXPECT_EQ(transcript.text.toStdString(), "Go forward ten meters.") << level;
+    }
+}
+
+TEST_F(PocketSphinxTest, BeginsWithWhatWasLearnedInAnEarlierRunOfTheProgram)
+{
+    const auto files = std::make_shared<testing::FakeFileSystem>();
+    const QString path = QStringLiteral("/cache/speech-adaptation.json");
+    const auto makeFramework = [&] {
+        framework = std::make_unique<PocketSphinxFramework>(
+            installedModelFolder(), queue, log,
+            std::make_shared<AdaptationFile>(files, log, QStringLiteral("/cache")));
+    };
+    makeFramework();
+    (void)testing::transcribe(*framework, recording(0), Pace::asFastAsPossible);
+    const Transcription later = testing::transcribe(*framework, recording(2), Pace::asFastAsPossible);
+
+    files->files.clear();
+    makeFramework();
+    (void)testing::transcribe(*framework, recording(0), Pace::asFastAsPossible);
+    framework.reset();
+    ASSERT_TRUE(files->files.contains(path));
+    makeFramework();
+    const Transcription first = testing::transcribe(*framework, recording(2), Pace::asFastAsPossible);
+    EXPECT_EQ(first.text.toStdString(), later.text.toStdString());
+    EXPECT_TRUE(log.lines().empty());
+}
+
+TEST_F(PocketSphinxTest, WhatAnotherEngineHasLearnedIsIgnoredWithOneLine)
+{
+    const auto files = std::make_shared<testing::FakeFileSystem>();
+    AdaptationFile file(files, log, QStringLiteral("/cache"));
+    for (const char* learned : {"1,2,3", "nan", "1e9,0,0,0,0,0,0,0,0,0,0,0,0", "something"}) {
+        file.write({QLatin1String(learned), -30});
+        const size_t before = log.lines().size();
+        framework = std::make_unique<PocketSphinxFramework>(
+            installedModelFolder(), queue, log,
+            std::make_shared<AdaptationFile>(files, log, QStringLiteral("/cache")));
+        const Transcription transcript = testing::transcribe(*framework, goForward(), Pace::asFastAsPossible);
+        EXPECT_EQ(transcript.text.toStdString(), "Go forward ten meters.");
+        EXPECT_EQ(log.lines().size(), before + 1) << learned;
+        framework.reset();
+    }
+}
+
+TEST_F(PocketSphinxTest, NoiseIsNothingToGetUsedTo)
+{
+    const auto files = std::make_shared<testing::FakeFileSystem>();
+    framework = std::make_unique<PocketSphinxFramework>(
+        installedModelFolder(), queue, log,
+        std::make_shared<AdaptationFile>(files, log, QStringLiteral("/cache")));
+    (void)testing::transcribe(*framework, noise(5 * oneSecond, 0.01), Pace::asFastAsPossible);
+    framework.reset();
+    EXPECT_TRUE(files->files.empty());
 }
 
 TEST_F(PocketSphinxTest, EachPauseYieldsAFinalResultWhileTheSpeakerGoesOn)
@@ -239,7 +304,7 @@ TEST_F(PocketSphinxTest, SoundInTheWrongFormatFailsThatDictationOnly)
 
 TEST_F(PocketSphinxTest, AMissingModelSaysWhichPackageToInstall)
 {
-    PocketSphinxFramework without(QStringLiteral("/nonexistent"), queue);
+    PocketSphinxFramework without(QStringLiteral("/nonexistent"), queue, log);
     const TaskOutcome<> installed(without.downloadAndInstall(Locale(QStringLiteral("en-US"))));
     ASSERT_TRUE(installed.hasFailed());
     EXPECT_TRUE(installed.failure().contains(QStringLiteral("pocketsphinx-en-us")));
@@ -247,7 +312,7 @@ TEST_F(PocketSphinxTest, AMissingModelSaysWhichPackageToInstall)
 
 TEST_F(PocketSphinxTest, StartingWithoutAModelFails)
 {
-    PocketSphinxFramework without(QStringLiteral("/nonexistent"), queue);
+    PocketSphinxFramework without(QStringLiteral("/nonexistent"), queue, log);
     const Session session(without);
     const auto started = session.start(streamOf(goForward()));
     ASSERT_TRUE(waitUntil([&] { return started.hasEnded(); }));

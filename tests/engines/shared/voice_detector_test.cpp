@@ -1,14 +1,17 @@
-#include "engines/shared/utterance_splitter.h"
+#include "engines/shared/voice_detector.h"
 
-#include "support/transcribing.h"
+#include "support/sound_conditions.h"
 
 #include <gtest/gtest.h>
 
 namespace corvandi {
 namespace {
 
+using testing::Noise;
+using testing::Samples;
+
 /// How many of the sound's frames are voice.
-size_t voicedFrames(const testing::Samples& sound)
+size_t voicedFrames(const Samples& sound)
 {
     VoiceDetector detector;
     size_t voiced = 0;
@@ -20,14 +23,30 @@ size_t voicedFrames(const testing::Samples& sound)
 
 TEST(VoiceDetector, DigitalSilenceIsNoVoice)
 {
-    EXPECT_EQ(voicedFrames(testing::Samples(16000)), 0U);
+    EXPECT_EQ(voicedFrames(Samples(16000)), 0U);
 }
 
 TEST(VoiceDetector, AHumanIsHeardForMostOfTheTimeInWhichHeSpeaks)
 {
-    const testing::Samples sound = testing::humanRecordings().front().load();
+    const Samples sound = testing::humanRecordings().front().load();
     const size_t frames = sound.size() / VoiceDetector::samplesPerFrame;
     EXPECT_GT(voicedFrames(sound), frames / 2);
+}
+
+TEST(VoiceDetector, AMicrophoneThatIsTurnedDownIsHeardAsWell)
+{
+    const Samples sound = testing::humanRecordings().front().load();
+    const size_t frames = sound.size() / VoiceDetector::samplesPerFrame;
+    for (const double level : {-40.0, -50.0, -55.0, -60.0})
+        EXPECT_GT(voicedFrames(testing::atLevel(sound, level)), frames / 2) << level;
+}
+
+TEST(VoiceDetector, NoiseOfAnyLevelIsNoVoice)
+{
+    for (const Noise kind : {Noise::white, Noise::pink}) {
+        for (const double level : {-80.0, -70.0, -60.0, -50.0, -40.0, -30.0, -20.0})
+            EXPECT_LT(voicedFrames(testing::noise(kind, 10 * 16000, level)), 3U) << level;
+    }
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "engines/pocketsphinx/recognition_run.h"
+#include "engines/shared/recognition_run.h"
 
 #include <gtest/gtest.h>
 

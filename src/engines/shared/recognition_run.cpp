@@ -1,7 +1,8 @@
-#include "engines/pocketsphinx/recognition_run.h"
+#include "engines/shared/recognition_run.h"
 
 #include "base/error.h"
 #include "engines/shared/utterance_splitter.h"
+#include "engines/shared/voice_detector.h"
 
 #include <QStringList>
 
@@ -61,11 +62,23 @@ namespace {
 /// Decodes utterances as they are found and reports their text.
 class Transcription : public UtteranceSink {
 public:
-    Transcription(SphinxDecoder& decoder, const std::function<void(const QString&)>& report)
-        : decoder_(decoder)
+    Transcription(const RecognitionRun::Engine& engine, const std::function<void(const QString&)>& report,
+                  const std::atomic<bool>& isCancelled)
+        : decoder_(engine.decoder, engine.replace, isCancelled)
+        , gain_(engine.gain)
         , report_(report)
+        , isCancelled_(isCancelled)
     {
+        gain_.beginDictation();
         decoder_.beginStream();
+    }
+
+    [[nodiscard]] bool hears(std::span<const int16_t> frame)
+    {
+        const bool isVoice = !isCancelled_ && detector_.hears(frame);
+        if (isVoice)
+            gain_.learn(frame);
+        return isVoice;
     }
 
     void beginUtterance(std::chrono::milliseconds pauseBefore) override
@@ -75,10 +88,17 @@ public:
     }
     void sound(std::span<const int16_t> samples) override
     {
-        if (!samples.empty())
-            decoder_.feed(samples);
+        if (!samples.empty() && !isCancelled_)
+            decoder_.feed(gain_.apply(samples));
     }
-    void endUtterance() override { report(speller_.add(decoder_.endUtterance(), pauseBefore_)); }
+    void endUtterance() override
+    {
+        // Also after a cancellation: an utterance that was begun must be ended before the next one.
+        if (isCancelled_)
+            decoder_.dropUtterance();
+        else
+            report(speller_.add(decoder_.endUtterance(), pauseBefore_));
+    }
     void finish() { report(speller_.finish()); }
 
 private:
@@ -88,19 +108,22 @@ private:
             report_(text);
     }
 
-    SphinxDecoder& decoder_;
+    RetryingDecoder decoder_;
+    SpeechGain& gain_;
+    VoiceDetector detector_;
     const std::function<void(const QString&)>& report_;
+    const std::atomic<bool>& isCancelled_;
     SentenceSpeller speller_;
     std::chrono::milliseconds pauseBefore_{0};
 };
 
 } // namespace
 
-void RecognitionRun::recognise(SphinxDecoder& decoder, const std::function<void(const QString& text)>& report)
+void RecognitionRun::recognise(const Engine& engine, const std::function<void(const QString& text)>& report)
 {
-    VoiceDetector detector;
-    Transcription transcription(decoder, report);
-    UtteranceSplitter splitter(transcription, [&detector](auto frame) { return detector.hears(frame); });
+    Transcription transcription(engine, report, isCancelled_);
+    UtteranceSplitter splitter(transcription,
+                               [&transcription](auto frame) { return transcription.hears(frame); });
     while (const auto buffer = input_->next()) {
         if (isCancelled_)
             break;
@@ -108,7 +131,6 @@ void RecognitionRun::recognise(SphinxDecoder& decoder, const std::function<void(
             throw Error(QStringLiteral("The sound is not in the format that the speech engine wants."));
         splitter.feed(buffer->int16Samples());
     }
-    // Also after a cancellation: an utterance that was begun must be ended before the next one.
     splitter.finish();
     transcription.finish();
 }

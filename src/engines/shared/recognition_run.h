@@ -1,6 +1,7 @@
 #pragma once
 
-#include "engines/pocketsphinx/sphinx_decoder.h"
+#include "engines/shared/speech_gain.h"
+#include "engines/shared/utterance_decoder.h"
 #include "ports/audio_buffer.h"
 
 #include <QString>
@@ -39,11 +40,20 @@ public:
     {
     }
 
+    /// What an engine gives to a run.
+    struct Engine {
+        UtteranceDecoder& decoder;
+        /// Makes another one when that has failed.
+        RetryingDecoder::Replace replace;
+        /// The one of all dictations.
+        SpeechGain& gain;
+    };
     /// Hands each piece of the transcript to `report` and returns when the input has ended. Throws
-    /// `Error` when the decoder fails or the sound is in the wrong format. Once. Decoder's thread.
-    void recognise(SphinxDecoder& decoder, const std::function<void(const QString& text)>& report);
+    /// `Error` when the decoder fails twice or the sound is in the wrong format. Once. Decoder's thread.
+    void recognise(const Engine& engine, const std::function<void(const QString& text)>& report);
 
-    /// Makes the recognition end soon, with whatever result. Any thread.
+    /// Makes the recognition end as soon as the decoder has done the 0.1 s of sound that it works on, with
+    /// whatever result. Any thread.
     void cancel();
 
 private:
