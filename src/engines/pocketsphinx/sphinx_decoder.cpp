@@ -61,6 +61,23 @@ sphinx::Config makeConfig(const ModelFiles& files)
 
 } // namespace
 
+namespace {
+
+/// Empty when `text` is none.
+std::vector<double> parseMean(const QString& text)
+{
+    std::vector<double> mean;
+    for (const QString& each : text.split(QLatin1Char(','))) {
+        bool isNumber = false;
+        mean.push_back(each.toDouble(&isNumber));
+        if (!isNumber || !(std::abs(mean.back()) <= largestMean))
+            return {};
+    }
+    return mean;
+}
+
+} // namespace
+
 struct SphinxDecoder::State {
     sphinx::Decoder decoder;
 
@@ -149,17 +166,22 @@ QString SphinxDecoder::adaptation() const
 
 bool SphinxDecoder::adapt(const QString& adaptation)
 {
-    std::vector<double> mean;
-    for (const QString& text : adaptation.split(QLatin1Char(','))) {
-        bool isNumber = false;
-        mean.push_back(text.toDouble(&isNumber));
-        if (!isNumber || !(std::abs(mean.back()) <= largestMean))
-            return false;
-    }
+    const std::vector<double> mean = parseMean(adaptation);
     if (mean.size() != sphinx::cepstralMean(state_->decoder.get()).size())
         return false;
     sphinx::setCepstralMean(state_->decoder.get(), mean);
     return true;
+}
+
+void SphinxDecoder::returnTowards(const QString& usual, double share)
+{
+    const std::vector<double> target = parseMean(usual);
+    std::vector<double> mean = sphinx::cepstralMean(state_->decoder.get());
+    if (target.size() != mean.size())
+        return;
+    for (size_t i = 0; i < mean.size(); ++i)
+        mean[i] += share * (target[i] - mean[i]);
+    sphinx::setCepstralMean(state_->decoder.get(), mean);
 }
 
 } // namespace corvandi

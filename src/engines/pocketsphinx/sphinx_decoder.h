@@ -31,6 +31,9 @@ public:
     /// Gets used at once to what another decoder had got used to. False, and nothing changes, when
     /// `adaptation` is not what one says. Not within an utterance.
     [[nodiscard]] bool adapt(const QString& adaptation);
+    /// Forgets some of what it has got used to: goes the share of the way (0 to 1) back to `usual`, which is
+    /// one of `adaptation`'s. Not within an utterance.
+    void returnTowards(const QString& usual, double share);
 
     void beginStream() override;
     void beginUtterance() override;
