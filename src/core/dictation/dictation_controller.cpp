@@ -18,6 +18,9 @@ using namespace std::chrono_literals;
 constexpr MainQueue::Duration minimumPress = 350ms;
 /// How long the user is kept waiting for the final transcript.
 constexpr MainQueue::Duration transcriptLimit = 5s;
+/// The same when the program ends, from the moment at which it was told to. The rest of `endLimit` is for
+/// what has to be done with the text.
+constexpr MainQueue::Duration transcriptLimitAtEnd = 600ms;
 constexpr MainQueue::Duration permissionPollInterval = 2s;
 
 QString translated(const char* text)
@@ -323,9 +326,23 @@ QCoro::Task<std::optional<Transcript>> DictationController::finishWithTimeout()
         Transcript transcript = co_await self->speech_.finish();
         slot.complete(std::move(transcript));
     };
-    // Goes on after a time-out; its text is dropped then.
     const QCoro::Task<> finishing = finisher(shared_from_this(), first);
-    const auto limit = platform_.queue.after(transcriptLimit, [first] { first.complete(std::nullopt); });
+    const auto limit = platform_.queue.after(transcriptLimit, [weak = weak_from_this(), first] {
+        const auto self = weak.lock();
+        first.complete(std::nullopt);
+        // The next dictation must not queue behind this one. Whatever text that gives is dropped.
+        if (self)
+            self->speech_.abandon();
+    });
+    // At the end of the program what has been recognised until then is better than nothing.
+    std::unique_ptr<Timer> limitAtEnd;
+    const std::stop_callback atEnd(ending_.get_token(), [this, &limitAtEnd] {
+        const MainQueue::Duration left = endingSince_ + transcriptLimitAtEnd - platform_.queue.now();
+        limitAtEnd = platform_.queue.after(left, [weak = weak_from_this()] {
+            if (const auto self = weak.lock())
+                self->speech_.abandon();
+        });
+    });
     std::optional<Transcript> result = co_await first;
     co_return result;
 }

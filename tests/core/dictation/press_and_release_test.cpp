@@ -215,6 +215,18 @@ TEST_F(DictationControllerTest, TextThatComesAfterTheTimeOutIsDropped)
     EXPECT_TRUE(nothingWasDelivered());
 }
 
+TEST_F(DictationControllerTest, AnEngineThatIsNotWaitedForAnyMoreIsToldToGiveUp)
+{
+    hold();
+    engine.pushFinal(words);
+    queue.advance(5s - 1ns);
+    EXPECT_FALSE(engine.latest().wasCancelled);
+    queue.advance(1ns);
+    EXPECT_TRUE(engine.latest().wasCancelled);
+    EXPECT_TRUE(nothingWasDelivered());
+    EXPECT_TRUE(shows(HUDState::error, "Transcription timed out."));
+}
+
 TEST_F(DictationControllerTest, ATranscriptJustUnderFiveSecondsIsDelivered)
 {
     hold();

@@ -69,7 +69,7 @@ TEST_F(ProgramEndTest, WhatWasSaidWithTheKeyStillHeldIsTranscribedAndSaved)
     EXPECT_FALSE(panels.isVisible);
     EXPECT_FALSE(controller->isDictating());
     EXPECT_FALSE(hasEnded());
-    queue.advance(600ms);
+    queue.advance(500ms);
     recognise(words);
     EXPECT_TRUE(hasEnded());
     EXPECT_TRUE(isSaved(words));
@@ -97,9 +97,24 @@ TEST_F(ProgramEndTest, ATranscriptThatIsBeingMadeIsSaved)
     EXPECT_TRUE(isSaved(words));
 }
 
-TEST_F(ProgramEndTest, ATranscriptIsWaitedFor700MillisecondsAtMost)
+TEST_F(ProgramEndTest, WhatIsRecognisedAfter600MillisecondsIsSaved)
 {
     hold();
+    engine.pushFinal(words);
+    end();
+    queue.advance(599ms);
+    EXPECT_FALSE(hasEnded());
+    queue.advance(1ms);
+    EXPECT_TRUE(hasEnded());
+    EXPECT_TRUE(isSaved(words));
+}
+
+TEST_F(ProgramEndTest, AMicrophoneThatHangsIsWaitedFor700MillisecondsAtMost)
+{
+    hold();
+    input.removing.hold();
+    press();
+    queue.advance(1s);
     end();
     queue.advance(699ms);
     EXPECT_FALSE(hasEnded());
