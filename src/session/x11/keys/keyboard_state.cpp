@@ -4,41 +4,115 @@
 #include "session/x11/keys/watched_chord.h"
 #include "session/x11/xcb_connection.h"
 
+#include <xcb/xcbext.h>
+#include <xcb/xinput.h>
+
 #include <array>
+#include <span>
 #include <utility>
 
 namespace corvandi {
 
-std::optional<KeyboardState> readState(const X11Connection& connection)
+StateRequest requestState(const X11Connection& connection)
 {
-    const auto cookie = xcb_xkb_get_state(connection.get(), XCB_XKB_ID_USE_CORE_KBD);
-    const auto state = owned(xcb_xkb_get_state_reply(connection.get(), cookie, nullptr));
+    return {xcb_xkb_get_state(connection.get(), XCB_XKB_ID_USE_CORE_KBD)};
+}
+
+std::optional<KeyboardState> stateOf(const X11Connection& connection, StateRequest request)
+{
+    const auto state = connection.reply(xcb_xkb_get_state_reply, request.cookie);
     if (!state)
         return std::nullopt;
     return KeyboardState{state->deviceID, state->group, state->baseMods, state->latchedMods,
                          state->lockedMods};
 }
 
-std::vector<uint8_t> heldModifierKeys(const X11Connection& connection, const Keymap& keymap)
+std::optional<KeyboardState> readState(const X11Connection& connection)
 {
-    std::vector<uint8_t> held;
-    const auto down =
-        owned(xcb_query_keymap_reply(connection.get(), xcb_query_keymap(connection.get()), nullptr));
-    if (!down)
-        return held;
-    for (int code = keymap.firstKeyCode(); code <= keymap.lastKeyCode(); ++code) {
-        const bool isDown = (down->keys[code / 8] >> (code % 8)) & 1;
-        const auto keyCode = static_cast<uint8_t>(code);
-        if (isDown && keymap.key(keyCode).isHeldModifier())
-            held.push_back(keyCode);
+    return stateOf(connection, requestState(connection));
+}
+
+namespace {
+
+KeySet keySet(std::span<const uint8_t, 32> bytes)
+{
+    KeySet keys;
+    for (size_t key = 0; key < keys.size(); ++key)
+        keys[key] = (bytes[key / 8] >> (key % 8)) & 1;
+    return keys;
+}
+
+} // namespace
+
+KeySet keysDown(const X11Connection& connection, xcb_query_keymap_cookie_t question)
+{
+    const auto down = connection.reply(xcb_query_keymap_reply, question);
+    return down ? keySet(down->keys) : KeySet();
+}
+
+KeySet keysDown(const X11Connection& connection)
+{
+    return keysDown(connection, xcb_query_keymap(connection.get()));
+}
+
+KeysRequest requestKeysDownOn(const X11Connection& connection, const std::vector<uint16_t>& devices)
+{
+    KeysRequest request;
+    for (const uint16_t device : devices)
+        request.cookies.push_back(
+            xcb_input_query_device_state(connection.get(), static_cast<uint8_t>(device)));
+    return request;
+}
+
+KeySet keysDownOn(const X11Connection& connection, const KeysRequest& request)
+{
+    KeySet down;
+    for (const auto& cookie : request.cookies) {
+        const auto state = connection.reply(xcb_input_query_device_state_reply, cookie);
+        if (!state)
+            continue;
+        for (auto part = xcb_input_query_device_state_classes_iterator(state.get()); part.rem;
+             xcb_input_input_state_next(&part)) {
+            if (part.data->class_id == XCB_INPUT_INPUT_CLASS_KEY)
+                down |= keySet(reinterpret_cast<const xcb_input_key_state_t*>(part.data)->keys);
+        }
     }
-    return held;
+    return down;
+}
+
+KeySet heldModifierKeys(const Keymap& keymap)
+{
+    KeySet keys;
+    for (int code = keymap.firstKeyCode(); code <= keymap.lastKeyCode(); ++code)
+        keys[static_cast<size_t>(code)] = keymap.key(static_cast<uint8_t>(code)).isHeldModifier();
+    return keys;
 }
 
 void setLocks(const X11Connection& connection, uint8_t affected, uint8_t locked)
 {
     xcb_xkb_latch_lock_state(connection.get(), XCB_XKB_ID_USE_CORE_KBD, affected, locked, 0, 0, x11_mask::all,
                              0, 0);
+}
+
+void latch(const X11Connection& connection, uint8_t modifiers)
+{
+    // The library's own function has forgotten one field.
+    struct Request {
+        uint8_t majorOpcode;
+        uint8_t minorOpcode;
+        uint16_t length;
+        uint16_t device;
+        std::array<uint8_t, 4> locks;
+        uint8_t affectedLatches;
+        uint8_t latches;
+        std::array<uint8_t, 4> group;
+    } request{0, XCB_XKB_LATCH_LOCK_STATE, 0, XCB_XKB_ID_USE_CORE_KBD, {}, modifiers, modifiers, {}};
+    static_assert(sizeof request == sizeof(xcb_xkb_latch_lock_state_request_t));
+    const xcb_protocol_request_t protocol{1, &xcb_xkb_id, XCB_XKB_LATCH_LOCK_STATE, 1};
+    // Two entries in front are the library's to use.
+    std::array<iovec, 3> parts{};
+    parts[2] = {&request, sizeof request};
+    xcb_send_request(connection.get(), 0, &parts[2], &protocol);
 }
 
 namespace {

@@ -2,8 +2,12 @@
 
 #include "base/main_queue.h"
 #include "session/x11/keys/keymap.h"
+#include "session/x11/keys/keymap_reader.h"
 #include "session/x11/keys/x11_connection.h"
 
+#include <xcb/xinput.h>
+
+#include <bitset>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -28,11 +32,36 @@ struct KeyboardState {
 /// Nothing when the server has gone. One round trip.
 [[nodiscard]] std::optional<KeyboardState> readState(const X11Connection& connection);
 
-/// The modifier keys that are down on the master keyboard. One round trip.
-[[nodiscard]] std::vector<uint8_t> heldModifierKeys(const X11Connection& connection, const Keymap& keymap);
+/// A question for the state that is already on its way. Must be asked for its answer exactly once.
+struct StateRequest {
+    xcb_xkb_get_state_cookie_t cookie;
+};
+[[nodiscard]] StateRequest requestState(const X11Connection& connection);
+[[nodiscard]] std::optional<KeyboardState> stateOf(const X11Connection& connection, StateRequest request);
+
+/// Keys, by their codes.
+using KeySet = std::bitset<256>;
+
+/// The keys that are down on the master keyboard; none when the server has gone. One round trip.
+[[nodiscard]] KeySet keysDown(const X11Connection& connection);
+[[nodiscard]] KeySet keysDown(const X11Connection& connection, xcb_query_keymap_cookie_t question);
+
+/// A question for the keys that are down on some keyboards; without those that have gone. Must be asked for
+/// its answer exactly once.
+struct KeysRequest {
+    std::vector<xcb_input_query_device_state_cookie_t> cookies;
+};
+[[nodiscard]] KeysRequest requestKeysDownOn(const X11Connection& connection,
+                                            const std::vector<uint16_t>& devices);
+[[nodiscard]] KeySet keysDownOn(const X11Connection& connection, const KeysRequest& request);
+
+/// The keys that are modifiers while they are down.
+[[nodiscard]] KeySet heldModifierKeys(const Keymap& keymap);
 
 /// Switches the locks in `affected` to what they are in `locked`, and takes latches back.
 void setLocks(const X11Connection& connection, uint8_t affected, uint8_t locked);
+/// Lets these modifiers wait for the next key.
+void latch(const X11Connection& connection, uint8_t modifiers);
 
 /// What the server does for people who can't use a keyboard as others do, as far as it would change or end
 /// with keys that are typed for them.

@@ -67,12 +67,13 @@ uint16_t symbolCount(const KeyRange& range, const Keymap& wanted)
 /// Actions stay as they are: characters have none, and the keys in between keep theirs.
 constexpr uint16_t noFlags = 0;
 
-xcb_void_cookie_t writeRange(const X11Connection& connection, const KeyRange& range, const Keymap& wanted)
+xcb_void_cookie_t writeRange(const X11Connection& connection, uint16_t device, const KeyRange& range,
+                             const Keymap& wanted)
 {
     const auto bytes = wireFormat(range, wanted);
-    return xcb_xkb_set_map_checked(connection.get(), XCB_XKB_ID_USE_CORE_KBD, XCB_XKB_MAP_PART_KEY_SYMS,
-                                   noFlags, wanted.firstKeyCode(), static_cast<uint8_t>(wanted.lastKeyCode()),
-                                   0, 0, range.first, static_cast<uint8_t>(range.last - range.first + 1),
+    return xcb_xkb_set_map_checked(connection.get(), device, XCB_XKB_MAP_PART_KEY_SYMS, noFlags,
+                                   wanted.firstKeyCode(), static_cast<uint8_t>(wanted.lastKeyCode()), 0, 0,
+                                   range.first, static_cast<uint8_t>(range.last - range.first + 1),
                                    symbolCount(range, wanted), 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
                                    bytes.data());
 }
@@ -80,7 +81,7 @@ xcb_void_cookie_t writeRange(const X11Connection& connection, const KeyRange& ra
 std::vector<Keymap> allKeymaps(const X11Connection& connection)
 {
     std::vector<uint16_t> devices{XCB_XKB_ID_USE_CORE_KBD};
-    for (const KeyboardDevice& device : slaveKeyboards(connection))
+    for (const KeyboardDevice& device : slaveKeyboards(connection, Floating::too))
         devices.push_back(device.id);
     return readKeymaps(connection, devices);
 }
@@ -102,9 +103,18 @@ std::vector<KeyRange> rangesToWrite(const std::vector<uint8_t>& keys, const Keym
 
 bool writeKeys(const X11Connection& connection, const std::vector<uint8_t>& keys, const Keymap& wanted)
 {
+    const std::vector<KeyRange> ranges = rangesToWrite(keys, wanted, allKeymaps(connection));
     std::vector<xcb_void_cookie_t> cookies;
-    for (const KeyRange& range : rangesToWrite(keys, wanted, allKeymaps(connection)))
-        cookies.push_back(writeRange(connection, range, wanted));
+    for (const KeyRange& range : ranges)
+        cookies.push_back(writeRange(connection, XCB_XKB_ID_USE_CORE_KBD, range, wanted));
+    // One that a grab keeps from its master, such as the hotkey's at its press, is left out by that; soon it
+    // will give the master its map.
+    for (const KeyboardDevice& device : slaveKeyboards(connection, Floating::too)) {
+        for (const KeyRange& range : ranges) {
+            if (device.isFloating)
+                cookies.push_back(writeRange(connection, device.id, range, wanted));
+        }
+    }
     bool isWritten = connection.isUsable();
     for (const auto cookie : cookies) {
         if (owned(xcb_request_check(connection.get(), cookie)))

@@ -75,6 +75,16 @@ std::vector<uint32_t> masksContaining(uint8_t required)
     return masks;
 }
 
+std::vector<uint32_t> masksLacking(uint8_t required)
+{
+    std::vector<uint32_t> masks;
+    for (uint32_t mask = 0; mask < required; ++mask) {
+        if ((mask & ~static_cast<uint32_t>(required)) == 0)
+            masks.insert(masks.end(), {mask, mask | x11_mask::numLock});
+    }
+    return masks;
+}
+
 namespace {
 
 bool isXtest(const xcb_input_xi_device_info_t& info)
@@ -84,9 +94,19 @@ bool isXtest(const xcb_input_xi_device_info_t& info)
     return name.find("XTEST") != std::string_view::npos;
 }
 
+bool hasKeys(const xcb_input_xi_device_info_t& info)
+{
+    for (auto part = xcb_input_xi_device_info_classes_iterator(&info); part.rem;
+         xcb_input_device_class_next(&part)) {
+        if (part.data->type == XCB_INPUT_DEVICE_CLASS_TYPE_KEY)
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
-std::vector<KeyboardDevice> slaveKeyboards(const X11Connection& connection)
+std::vector<KeyboardDevice> slaveKeyboards(const X11Connection& connection, Floating floating)
 {
     std::vector<KeyboardDevice> devices;
     const auto cookie = xcb_input_xi_query_device(connection.get(), XCB_INPUT_DEVICE_ALL);
@@ -97,6 +117,9 @@ std::vector<KeyboardDevice> slaveKeyboards(const X11Connection& connection)
          xcb_input_xi_device_info_next(&info)) {
         if (info.data->type == XCB_INPUT_DEVICE_TYPE_SLAVE_KEYBOARD)
             devices.push_back({info.data->deviceid, info.data->attachment, isXtest(*info.data)});
+        else if (floating == Floating::too && info.data->type == XCB_INPUT_DEVICE_TYPE_FLOATING_SLAVE &&
+                 hasKeys(*info.data))
+            devices.push_back({info.data->deviceid, 0, isXtest(*info.data), true});
     }
     return devices;
 }
@@ -111,6 +134,7 @@ ChordGrabs::ChordGrabs(const X11Connection& connection, X11Chord chord)
     : connection_(connection)
     , chord_(chord)
     , masks_(masksContaining(chord.modifiers))
+    , lesserMasks_(masksLacking(chord.modifiers))
 {
 }
 
@@ -129,8 +153,11 @@ ChordGrabs::Outcome ChordGrabs::claim()
     const auto count = static_cast<uint16_t>(masks_.size());
     std::vector<xcb_input_xi_passive_grab_device_cookie_t> cookies;
     devices_.clear();
+    handsDevices_.clear();
     for (const KeyboardDevice& device : slaveKeyboards(connection_)) {
         devices_.push_back(device.id);
+        if (!device.isXtest)
+            handsDevices_.push_back(device.id);
         cookies.push_back(xcb_input_xi_passive_grab_device(
             connection_.get(), XCB_CURRENT_TIME, connection_.root(), XCB_CURSOR_NONE, chord_.keyCode,
             device.id, count, 1, XCB_INPUT_GRAB_TYPE_KEYCODE, XCB_INPUT_GRAB_MODE_22_ASYNC,
@@ -144,6 +171,25 @@ ChordGrabs::Outcome ChordGrabs::claim()
     if (refused == 0 && !cookies.empty())
         return Outcome::everything;
     return refused < cookies.size() * count ? Outcome::something : Outcome::nothing;
+}
+
+void ChordGrabs::claimWithoutModifiers(bool isWanted)
+{
+    const auto count = static_cast<uint16_t>(lesserMasks_.size());
+    for (const uint16_t device : handsDevices_) {
+        if (!isWanted) {
+            xcb_input_xi_passive_ungrab_device(connection_.get(), connection_.root(), chord_.keyCode, device,
+                                               count, XCB_INPUT_GRAB_TYPE_KEYCODE, lesserMasks_.data());
+            continue;
+        }
+        const auto cookie = xcb_input_xi_passive_grab_device(
+            connection_.get(), XCB_CURRENT_TIME, connection_.root(), XCB_CURSOR_NONE, chord_.keyCode, device,
+            count, 1, XCB_INPUT_GRAB_TYPE_KEYCODE, XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_INPUT_GRAB_MODE_22_ASYNC,
+            XCB_INPUT_GRAB_OWNER_NO_OWNER, &grabbedEvents, lesserMasks_.data());
+        // What other programs hold of it stays theirs.
+        xcb_discard_reply(connection_.get(), cookie.sequence);
+    }
+    connection_.sync();
 }
 
 } // namespace corvandi

@@ -35,6 +35,8 @@ inline constexpr uint8_t lockModifiers = x11_mask::lock | x11_mask::numLock;
 [[nodiscard]] uint8_t modifierOf(uint16_t virtualKey);
 /// All masks that contain `required`: 128 for one modifier, 256 for none.
 [[nodiscard]] std::vector<uint32_t> masksContaining(uint8_t required);
+/// All masks of some of `required` or none, with and without NumLock.
+[[nodiscard]] std::vector<uint32_t> masksLacking(uint8_t required);
 
 /// One keyboard that produces keys: a piece of hardware, or the server's own one for synthetic keys.
 struct KeyboardDevice {
@@ -42,10 +44,16 @@ struct KeyboardDevice {
     /// The master keyboard it belongs to.
     uint16_t master;
     bool isXtest;
+    /// It belongs to no master at the moment: some program has it for itself.
+    bool isFloating = false;
 };
 
-/// All slave keyboards that are plugged in now. Empty when the server has gone.
-[[nodiscard]] std::vector<KeyboardDevice> slaveKeyboards(const X11Connection& connection);
+enum class Floating { not_, too };
+
+/// All slave keyboards that are plugged in now, without or with those that float. Empty when the server has
+/// gone.
+[[nodiscard]] std::vector<KeyboardDevice> slaveKeyboards(const X11Connection& connection,
+                                                         Floating floating = Floating::not_);
 
 /// A key with the modifiers that must be held with it, in the server's terms.
 struct X11Chord {
@@ -73,12 +81,32 @@ public:
     /// Claims the chord on all keyboards that are plugged in now; those that were claimed before stay
     /// so. Says how much of it other clients have left. One round trip.
     [[nodiscard]] Outcome claim();
+    /// Claims the key also without modifiers, or with some of them only, on the keyboards that a person types
+    /// on, or gives that back. NumLock may be on or off.
+    void claimWithoutModifiers(bool isWanted);
 
 private:
     const X11Connection& connection_;
     X11Chord chord_;
     std::vector<uint32_t> masks_;
+    std::vector<uint32_t> lesserMasks_;
     std::vector<uint16_t> devices_;
+    std::vector<uint16_t> handsDevices_;
+};
+
+/// The tap, as typing knows it.
+class ChordTap {
+public:
+    /// Deals now with what the server has told. One round trip.
+    virtual void catchUp() = 0;
+    /// Whether the chord's key is claimed without its modifiers as well: typing lets go of them for moments,
+    /// in which the person holds them all the same.
+    virtual void claimWithoutModifiers(bool isWanted) = 0;
+    /// The chord's key went down on `device` while typing kept all hands off.
+    virtual void pressedUnseen(uint16_t device) = 0;
+
+protected:
+    ~ChordTap() = default;
 };
 
 /// What tap and typing must know of each other, since the server can't tell a person's key from a
@@ -86,6 +114,10 @@ private:
 ///
 /// Thread: main thread only.
 struct WatchedChord {
+    /// Present while the tap claims a chord.
+    ChordTap* tap = nullptr;
+    /// A text is being typed.
+    bool isTyped = false;
     /// What the tap claims at the moment: typing finds another way to a character that lies there.
     std::optional<X11Chord> chord;
     /// The keyboard on which a person holds the chord right now.
@@ -102,7 +134,8 @@ struct WatchedChord {
     void setHeld(std::optional<uint16_t> device)
     {
         heldOn = device;
-        coveredModifiers = x11_mask::none;
+        // While a text is typed the server's account of the modifiers is not the person's.
+        coveredModifiers = isTyped && device && chord ? chord->modifiers : x11_mask::none;
         typedReleases.clear();
     }
     /// Typing plays the release of a key.

@@ -53,10 +53,10 @@ public:
     /// Handles, in the next turn of the event loop, what has been read from the socket together with a
     /// reply: the socket itself won't announce it again. Call it after each round trip.
     void drainSoon();
-
-private:
+    /// Handles now what has arrived.
     void drain();
 
+private:
     const X11Connection& connection_;
     Handler handler_;
     std::function<void()> lost_;

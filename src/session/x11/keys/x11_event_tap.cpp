@@ -56,7 +56,7 @@ void selectModifierChanges(const X11Connection& connection)
                               0, 0, 0, &details);
 }
 
-class X11EventTap : public EventTap {
+class X11EventTap : public EventTap, private ChordTap {
 public:
     X11EventTap(X11Connection connection, SystemLog& log, WatchedChord& watched, Callback callback)
         : connection_(std::move(connection))
@@ -108,8 +108,10 @@ private:
 
     void release()
     {
-        if (grabs_)
+        if (grabs_) {
             watched_.chord.reset();
+            watched_.tap = nullptr;
+        }
         grabs_.reset();
     }
 
@@ -121,6 +123,7 @@ private:
             return false;
         }
         watched_.chord = X11Chord{*keyCode, x11Mask(chord.requiredFlags)};
+        watched_.tap = this;
         grabs_.emplace(connection_, *watched_.chord);
         switch (grabs_->claim()) {
         case ChordGrabs::Outcome::everything:
@@ -187,14 +190,64 @@ private:
                 forgetPress();
             return;
         }
+        if (!isChord(static_cast<uint8_t>(event.mods.effective)))
+            return passOn(event);
         const bool isRepeat = (event.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT) != 0;
         if (!isRepeat)
             playNeutralKey(event.deviceid);
+        beginPress(event.deviceid, event.detail);
+    }
+
+    /// Whether a person holds the chord's modifiers, whose keyboard tells `theirs`. The master's are known up
+    /// to this event, but typing lets go of them for moments.
+    [[nodiscard]] bool isChord(uint8_t theirs) const
+    {
+        const uint8_t required = x11Mask(chord_->requiredFlags);
+        return (required & ~(visibleModifiers() | theirs)) == 0;
+    }
+
+    /// The chord's key alone, which is claimed while a text is typed. As a stroke: its end need not be known.
+    void passOn(const xcb_input_key_press_event_t& event)
+    {
+        for (const KeyDirection direction : {KeyDirection::down, KeyDirection::up})
+            fakeKey(connection_, static_cast<uint8_t>(event.detail), direction);
+        connection_.flush();
         if (!pressed_)
-            watched_.setHeld(event.deviceid);
-        pressed_ = Press{event.deviceid, event.detail, chord_->keyCode};
-        // The server has matched the modifiers; the event's own are only those of its keyboard.
+            forgetPress();
+    }
+
+    void beginPress(uint16_t device, uint32_t keyCode)
+    {
+        if (!pressed_)
+            watched_.setHeld(device);
+        pressed_ = Press{device, keyCode, chord_->keyCode};
+        // The modifiers have been matched; an event's own are only those of its keyboard.
         report({KeyEventType::keyDown, chord_->keyCode, modifierFlags(modifiers_) | chord_->requiredFlags});
+    }
+
+    void catchUp() override
+    {
+        connection_.sync();
+        pump_.drain();
+    }
+
+    void claimWithoutModifiers(bool isWanted) override
+    {
+        if (grabs_)
+            grabs_->claimWithoutModifiers(isWanted);
+    }
+
+    void pressedUnseen(uint16_t device) override
+    {
+        const auto keyCode = chord_ ? x11KeyCode(chord_->keyCode) : std::nullopt;
+        if (!enabled_ || !keyCode)
+            return;
+        selectXinputEvents(connection_, Releases::wanted);
+        playNeutralKey(device);
+        beginPress(device, *keyCode);
+        // Asked for after releases are: one that came before is found here.
+        if (pressed_ && !keysDownOn(connection_, requestKeysDownOn(connection_, {device}))[*keyCode])
+            endPress();
     }
 
     /// Tells the application that the modifier is not struck alone, which would open its menu, and the
@@ -220,6 +273,7 @@ private:
         if (!chord_ || event.detail != x11KeyCode(chord_->keyCode)) {
             fakeKey(connection_, static_cast<uint8_t>(event.detail), KeyDirection::up);
             connection_.flush();
+            uncover(event.detail);
         }
         keyReleased(event.deviceid, event.detail);
     }

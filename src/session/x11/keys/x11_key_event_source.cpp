@@ -11,6 +11,13 @@
 #include <utility>
 
 namespace corvandi {
+namespace {
+
+/// So many fit into one piece that is sent at once.
+constexpr size_t charactersAtOnce = 20;
+constexpr auto suspendableLocks = static_cast<uint8_t>(x11_mask::all & ~x11_mask::numLock);
+
+} // namespace
 
 void fakeKey(const X11Connection& connection, uint8_t keyCode, KeyDirection direction)
 {
@@ -26,17 +33,22 @@ void fakeDeviceKey(const X11Connection& connection, uint16_t device, uint8_t key
                         keyCode, XCB_CURRENT_TIME, XCB_NONE, 0, 0, static_cast<uint8_t>(device));
 }
 
-X11KeyEventSource::X11KeyEventSource(const X11Connection& connection, Keymap keymap,
-                                     const KeyboardState& state, CharacterMap characters,
-                                     WatchedChord& watched, Question shortcutOfFrontmost)
+X11KeyEventSource::X11KeyEventSource(const X11Connection& connection, Keymap keymap, uint16_t master,
+                                     CharacterMap characters, WatchedChord& watched,
+                                     Question shortcutOfFrontmost, std::function<void(const KeySet&)> ended)
     : connection_(connection)
     , keymap_(std::move(keymap))
+    , master_(master)
     , characters_(std::move(characters))
     , watched_(watched)
     , shortcutOfFrontmost_(std::move(shortcutOfFrontmost))
+    , ended_(std::move(ended))
+    , modifierKeys_(heldModifierKeys(keymap_))
 {
+    watched_.isTyped = true;
+    if (watched_.tap)
+        watched_.tap->claimWithoutModifiers(true);
     suspendHelps();
-    letModifiersGo(state);
 }
 
 X11KeyEventSource::~X11KeyEventSource()
@@ -47,7 +59,14 @@ X11KeyEventSource::~X11KeyEventSource()
         setLocks(connection_, suspendedLocks_, suspendedLocks_);
     if (suspendedHelps_)
         setHelps(connection_, *suspendedHelps_);
-    connection_.flush();
+    connection_.sync();
+    if (watched_.tap) {
+        watched_.tap->claimWithoutModifiers(false);
+        watched_.tap->catchUp();
+    }
+    watched_.isTyped = false;
+    if (leftDown_.any())
+        ended_(leftDown_);
 }
 
 void X11KeyEventSource::suspendHelps()
@@ -59,25 +78,110 @@ void X11KeyEventSource::suspendHelps()
     setHelps(connection_, harmless(*helps));
 }
 
-void X11KeyEventSource::letModifiersGo(const KeyboardState& state)
+void X11KeyEventSource::begin()
 {
-    constexpr uint8_t opensMenus = x11_mask::alt | x11_mask::super;
-    const auto neutral = keymap_.neutralKey();
-    if ((state.held & opensMenus) && neutral) {
-        play(*neutral, KeyDirection::down);
-        play(*neutral, KeyDirection::up);
+    if (batch_)
+        return;
+    if (watched_.tap)
+        watched_.tap->catchUp();
+    heldBefore_ = keysDown(connection_) & modifierKeys_;
+    batch_.emplace(connection_, keyboardsOfHands(connection_, master_));
+    // In any case: a hand may have moved since the look at the keys.
+    letGo(modifierKeys_);
+    setLocks(connection_, suspendableLocks, x11_mask::none);
+}
+
+void X11KeyEventSource::end()
+{
+    press(heldBefore_);
+    const auto report = batch_->end();
+    const std::vector<uint16_t> keyboards = batch_->keyboards();
+    batch_.reset();
+    if (report)
+        settle(*report, keyboards);
+    if (watched_.tap)
+        watched_.tap->catchUp();
+}
+
+void X11KeyEventSource::settle(const HandsOff::Report& report, const std::vector<uint16_t>& keyboards)
+{
+    // Off since the last time: one that is on has been struck meanwhile, and means the contrary then.
+    suspendedLocks_ = static_cast<uint8_t>(suspendedLocks_ ^ (report.state.locked & suspendableLocks));
+    // A person who holds the chord goes on holding it.
+    if (watched_.heldOn)
+        watched_.coveredModifiers = static_cast<uint8_t>(watched_.coveredModifiers | report.state.held);
+    const KeySet held = report.keysDown & modifierKeys_;
+    letGo(heldBefore_ & ~held);
+    press(held & ~heldBefore_);
+    if (report.state.latched)
+        latch(connection_, report.state.latched);
+    for (const CaughtKey& key : report.caught)
+        handOver(key, report.state.held);
+    letGoOfWhatHandsDont(held & report.handsDown, keyboards);
+    connection_.flush();
+}
+
+/// The person may have let go before the key was pressed again for them.
+void X11KeyEventSource::letGoOfWhatHandsDont(const KeySet& pressed, const std::vector<uint16_t>& keyboards)
+{
+    leftDown_ |= pressed;
+    if (pressed.any())
+        letGo(pressed & ~keysDownOn(connection_, requestKeysDownOn(connection_, keyboards)));
+}
+
+void X11KeyEventSource::handOver(const CaughtKey& key, uint8_t heldBefore)
+{
+    if (key.direction == KeyDirection::up)
+        return play(key.keyCode, KeyDirection::up);
+    if (modifierKeys_[key.keyCode]) {
+        press(KeySet().set(key.keyCode));
+        return letGoOfWhatHandsDont(KeySet().set(key.keyCode), {key.device});
     }
-    if (state.held & ~lockModifiers) {
-        // A person who holds the chord goes on holding it.
-        if (watched_.heldOn)
-            watched_.coveredModifiers = static_cast<uint8_t>(watched_.coveredModifiers | state.held);
-        for (const uint8_t key : heldModifierKeys(connection_, keymap_))
-            play(key, KeyDirection::up);
+    const auto held = static_cast<uint8_t>(key.modifiers | heldBefore);
+    const auto& chord = watched_.chord;
+    const bool isChord = watched_.tap && chord && chord->keyCode == key.keyCode &&
+                         (held & chord->modifiers) == chord->modifiers;
+    if (isChord) {
+        connection_.sync();
+        return watched_.tap->pressedUnseen(key.device);
     }
-    const auto locks = static_cast<uint8_t>(state.locked & ~x11_mask::numLock);
-    suspendedLocks_ = static_cast<uint8_t>(suspendedLocks_ | locks);
-    if (locks || state.latched)
-        setLocks(connection_, suspendedLocks_, x11_mask::none);
+    play(key.keyCode, KeyDirection::down);
+    play(key.keyCode, KeyDirection::up);
+}
+
+/// Lest the application take it for a lone tap, which opens its menu.
+void X11KeyEventSource::letGo(const KeySet& keys)
+{
+    if (keys.any())
+        playNeutralKey();
+    release(keys);
+}
+
+void X11KeyEventSource::playNeutralKey()
+{
+    if (const auto key = keymap_.neutralKey()) {
+        play(*key, KeyDirection::down);
+        play(*key, KeyDirection::up);
+    }
+}
+
+void X11KeyEventSource::press(const KeySet& keys)
+{
+    for (size_t key = 0; key < keys.size(); ++key) {
+        if (keys[key])
+            play(static_cast<uint8_t>(key), KeyDirection::down);
+    }
+    // Lest letting go of it look like a lone tap.
+    if (keys.any())
+        playNeutralKey();
+}
+
+void X11KeyEventSource::release(const KeySet& keys)
+{
+    for (size_t key = 0; key < keys.size(); ++key) {
+        if (keys[key])
+            play(static_cast<uint8_t>(key), KeyDirection::up);
+    }
 }
 
 void X11KeyEventSource::play(uint8_t keyCode, KeyDirection direction)
@@ -117,14 +221,19 @@ void X11KeyEventSource::post(const SyntheticKeyEvent& event)
 
 void X11KeyEventSource::type(const std::u16string& text)
 {
-    // The answer comes when the server has dealt with the text before, so that never more than one is on
-    // its way: sending would have to wait much longer once the connection is full.
-    const auto state = std::exchange(hasTyped_, true) ? readState(connection_) : std::nullopt;
-    if (state)
-        letModifiersGo(*state);
-    for (const KeyAction& action : planText(typedCharacters(text), characters_, keymap_))
-        play(action.keyCode, action.direction);
-    connection_.flush();
+    const std::u32string characters = typedCharacters(text);
+    for (size_t start = 0; start < characters.size(); start += charactersAtOnce) {
+        const auto plan = planText(characters.substr(start, charactersAtOnce), characters_, keymap_);
+        begin();
+        // A key that a person holds down can't be struck.
+        KeySet struck;
+        for (const KeyAction& action : plan)
+            struck.set(action.keyCode);
+        release(struck & ~modifierKeys_);
+        for (const KeyAction& action : plan)
+            play(action.keyCode, action.direction);
+        end();
+    }
 }
 
 void X11KeyEventSource::press(const SyntheticKeyEvent& event)
@@ -132,8 +241,10 @@ void X11KeyEventSource::press(const SyntheticKeyEvent& event)
     const auto stroke = strokeFor(event);
     if (!stroke)
         return;
+    begin();
     for (const uint8_t modifier : modifierKeys(stroke->modifiers, keymap_))
         play(modifier, KeyDirection::down);
+    play(stroke->keyCode, KeyDirection::up);
     play(stroke->keyCode, KeyDirection::down);
     down_.push_back({event.virtualKey, *stroke});
 }
@@ -143,6 +254,8 @@ void X11KeyEventSource::release(const HeldKey& key)
     play(key.stroke.keyCode, KeyDirection::up);
     for (const uint8_t modifier : modifierKeys(key.stroke.modifiers, keymap_))
         play(modifier, KeyDirection::up);
+    if (down_.empty())
+        end();
 }
 
 std::optional<Stroke> X11KeyEventSource::strokeFor(const SyntheticKeyEvent& event) const

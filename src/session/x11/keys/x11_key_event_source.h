@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ports/keyboard.h"
+#include "session/x11/keys/hands_off.h"
 #include "session/x11/keys/keyboard_state.h"
 #include "session/x11/keys/spare_keys.h"
 #include "session/x11/keys/watched_chord.h"
@@ -20,20 +21,22 @@ void fakeKey(const X11Connection& connection, uint8_t keyCode, KeyDirection dire
 void fakeDeviceKey(const X11Connection& connection, uint16_t device, uint8_t keyCode, KeyDirection direction);
 
 /// Plays keys on the server's keyboard for synthetic keys, on a keymap that bears every character of the
-/// text. While it lives, held modifiers are let go, CapsLock (and other locks, but for NumLock) is off, and
-/// so are the server's helps that would swallow typed keys.
+/// text. Whatever hands do meanwhile does not get in between: see `HandsOff`. While it lives, CapsLock (and
+/// other locks, but for NumLock) is off, and so are the server's helps that would swallow typed keys.
 ///
-/// A text is sent at once, and waits until the server has dealt with the one before (a millisecond for the
-/// usual 20 units); modifiers that a person has pressed meanwhile are let go then. Other keys are sent at
-/// the end at the latest.
+/// A text is sent at once, and waited for until the server has dealt with it (a millisecond for the usual 20
+/// units). Modifiers that a person holds are up for that time, and down again afterwards; what a person has
+/// struck meanwhile follows the text. Other keys are sent when the last of them is let go of.
 class X11KeyEventSource : public KeyEventSource {
 public:
     using Question = std::function<PasteShortcut()>;
 
     /// `connection` and `watched` must outlive the source. `shortcutOfFrontmost` is asked for each event of a
-    /// paste shortcut.
-    X11KeyEventSource(const X11Connection& connection, Keymap keymap, const KeyboardState& state,
-                      CharacterMap characters, WatchedChord& watched, Question shortcutOfFrontmost);
+    /// paste shortcut. `ended` is called at the end with the modifier keys that have been pressed for a
+    /// person who held them, if there were any: they are to be let go of as soon as no modifier is held.
+    X11KeyEventSource(const X11Connection& connection, Keymap keymap, uint16_t master,
+                      CharacterMap characters, WatchedChord& watched, Question shortcutOfFrontmost,
+                      std::function<void(const KeySet&)> ended);
     ~X11KeyEventSource() override;
 
     X11KeyEventSource(const X11KeyEventSource&) = delete;
@@ -50,7 +53,15 @@ private:
     };
 
     void suspendHelps();
-    void letModifiersGo(const KeyboardState& state);
+    void begin();
+    void end();
+    void settle(const HandsOff::Report& report, const std::vector<uint16_t>& keyboards);
+    void letGoOfWhatHandsDont(const KeySet& pressed, const std::vector<uint16_t>& keyboards);
+    void letGo(const KeySet& keys);
+    void handOver(const CaughtKey& key, uint8_t heldBefore);
+    void playNeutralKey();
+    void press(const KeySet& keys);
+    void release(const KeySet& keys);
     void play(uint8_t keyCode, KeyDirection direction);
     void type(const std::u16string& text);
     void press(const SyntheticKeyEvent& event);
@@ -60,10 +71,18 @@ private:
 
     const X11Connection& connection_;
     Keymap keymap_;
+    uint16_t master_;
     CharacterMap characters_;
     WatchedChord& watched_;
     Question shortcutOfFrontmost_;
-    bool hasTyped_ = false;
+    std::function<void(const KeySet&)> ended_;
+    KeySet modifierKeys_;
+    /// Modifier keys that have been pressed for a person who held them.
+    KeySet leftDown_;
+    /// Present while keys are queued.
+    std::optional<HandsOff> batch_;
+    /// The modifier keys that were down shortly before that.
+    KeySet heldBefore_;
     uint8_t suspendedLocks_ = 0;
     /// As they were, while they are off.
     std::optional<KeyboardHelps> suspendedHelps_;

@@ -33,8 +33,9 @@ std::optional<uint16_t> xtestKeyboard(const X11Connection& connection, uint16_t 
 /// The connection, and what is on the keyboard because of us.
 class X11Keyboard::Session {
 public:
-    Session(X11Connection connection, SystemLog& log, WatchedChord& watched)
+    Session(X11Connection connection, X11Connection player, SystemLog& log, WatchedChord& watched)
         : connection_(std::move(connection))
+        , player_(std::move(player))
         , watched_(watched)
         , freeKeys_(connection_)
         , pump_(
@@ -63,8 +64,9 @@ public:
             return nullptr;
         lastTyping_ = std::chrono::steady_clock::now();
         CharacterMap strokes(*keymap, conditions);
-        return std::make_unique<X11KeyEventSource>(connection_, std::move(*keymap), *state,
-                                                   std::move(strokes), watched_, shortcut);
+        return std::make_unique<X11KeyEventSource>(player_, std::move(*keymap), state->device,
+                                                   std::move(strokes), watched_, shortcut,
+                                                   [this](const KeySet& keys) { releaseWhenFree(keys); });
     }
 
     [[nodiscard]] std::unique_ptr<Registration> whenKeysAreFree(std::function<void()> callback)
@@ -74,6 +76,20 @@ public:
     }
 
 private:
+    /// The person lets go of them on a keyboard of their own; on the one for typing they are down as well.
+    void releaseWhenFree(const KeySet& keys)
+    {
+        leftDown_ |= keys;
+        release_ = whenKeysAreFree([this] {
+            for (size_t key = 0; key < leftDown_.size(); ++key) {
+                if (leftDown_[key])
+                    fakeKey(player_, static_cast<uint8_t>(key), KeyDirection::up);
+            }
+            player_.flush();
+            leftDown_.reset();
+        });
+    }
+
     [[nodiscard]] std::optional<Keymap> presentKeymap(const KeyboardState& state) const
     {
         watched_.typedOn = xtestKeyboard(connection_, state.device);
@@ -124,10 +140,14 @@ private:
     }
 
     X11Connection connection_;
+    /// For typing: no other events come here than what hands do meanwhile.
+    X11Connection player_;
     WatchedChord& watched_;
     SpareKeys spareKeys_;
     std::chrono::steady_clock::time_point lastTyping_ = std::chrono::steady_clock::now();
     FreeKeysWatch freeKeys_;
+    KeySet leftDown_;
+    std::unique_ptr<Registration> release_;
     X11EventPump pump_;
 };
 
@@ -135,8 +155,10 @@ X11Keyboard::X11Keyboard(SystemLog& log, WatchedChord& watched,
                          std::function<PasteShortcut()> shortcutOfFrontmost)
     : shortcutOfFrontmost_(std::move(shortcutOfFrontmost))
 {
-    if (auto connection = X11Connection::open(log))
-        session_ = std::make_unique<Session>(std::move(*connection), log, watched);
+    auto connection = X11Connection::open(log);
+    auto player = connection ? X11Connection::open(log) : std::nullopt;
+    if (player)
+        session_ = std::make_unique<Session>(std::move(*connection), std::move(*player), log, watched);
 }
 
 X11Keyboard::~X11Keyboard() = default;
