@@ -193,9 +193,10 @@ private:
         if (!isChord(static_cast<uint8_t>(event.mods.effective)))
             return passOn(event);
         const bool isRepeat = (event.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT) != 0;
+        const uint8_t latched = isRepeat ? x11_mask::none : latchedModifiers();
         if (!isRepeat)
             playNeutralKey(event.deviceid);
-        beginPress(event.deviceid, event.detail);
+        beginPress(event.deviceid, event.detail, latched);
     }
 
     /// Whether a person holds the chord's modifiers, whose keyboard tells `theirs`. The master's are known up
@@ -216,10 +217,20 @@ private:
             forgetPress();
     }
 
-    void beginPress(uint16_t device, uint32_t keyCode)
+    /// Modifiers that wait for the next key, as sticky keys make them. The neutral key uses them up, and to the
+    /// person they are held with the chord's key.
+    [[nodiscard]] uint8_t latchedModifiers()
+    {
+        const auto state = readState(connection_);
+        pump_.drainSoon();
+        return state ? static_cast<uint8_t>(state->latched & ~state->held) : x11_mask::none;
+    }
+
+    void beginPress(uint16_t device, uint32_t keyCode, uint8_t latched)
     {
         if (!pressed_)
             watched_.setHeld(device);
+        watched_.coveredModifiers = static_cast<uint8_t>(watched_.coveredModifiers | latched);
         pressed_ = Press{device, keyCode, chord_->keyCode};
         // The modifiers have been matched; an event's own are only those of its keyboard.
         report({KeyEventType::keyDown, chord_->keyCode, modifierFlags(modifiers_) | chord_->requiredFlags});
@@ -243,8 +254,9 @@ private:
         if (!enabled_ || !keyCode)
             return;
         selectXinputEvents(connection_, Releases::wanted);
+        const uint8_t latched = latchedModifiers();
         playNeutralKey(device);
-        beginPress(device, *keyCode);
+        beginPress(device, *keyCode, latched);
         // Asked for after releases are: one that came before is found here.
         if (pressed_ && !keysDownOn(connection_, requestKeysDownOn(connection_, {device}))[*keyCode])
             endPress();

@@ -5,9 +5,145 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <array>
 
 namespace corvandi {
 namespace {
+
+/// The virtual key codes and the kernel's numbers of the keys, as their platforms publish them.
+struct PublishedKey {
+    uint16_t virtualKey;
+    uint8_t kernelKey;
+};
+
+constexpr std::array<PublishedKey, 119> publishedKeys{{
+    {0, 30}, // A
+    {1, 31}, // S
+    {2, 32}, // D
+    {3, 33}, // F
+    {4, 35}, // H
+    {5, 34}, // G
+    {6, 44}, // Z
+    {7, 45}, // X
+    {8, 46}, // C
+    {9, 47}, // V
+    {10, 86}, // ISO_Section
+    {11, 48}, // B
+    {12, 16}, // Q
+    {13, 17}, // W
+    {14, 18}, // E
+    {15, 19}, // R
+    {16, 21}, // Y
+    {17, 20}, // T
+    {18, 2}, // 1
+    {19, 3}, // 2
+    {20, 4}, // 3
+    {21, 5}, // 4
+    {22, 7}, // 6
+    {23, 6}, // 5
+    {24, 13}, // Equal
+    {25, 10}, // 9
+    {26, 8}, // 7
+    {27, 12}, // Minus
+    {28, 9}, // 8
+    {29, 11}, // 0
+    {30, 27}, // RightBracket
+    {31, 24}, // O
+    {32, 22}, // U
+    {33, 26}, // LeftBracket
+    {34, 23}, // I
+    {35, 25}, // P
+    {36, 28}, // Return
+    {37, 38}, // L
+    {38, 36}, // J
+    {39, 40}, // Quote
+    {40, 37}, // K
+    {41, 39}, // Semicolon
+    {42, 43}, // Backslash
+    {43, 51}, // Comma
+    {44, 53}, // Slash
+    {45, 49}, // N
+    {46, 50}, // M
+    {47, 52}, // Period
+    {48, 15}, // Tab
+    {49, 57}, // Space
+    {50, 41}, // Grave
+    {51, 14}, // Delete(Backspace)
+    {53, 1}, // Escape
+    {54, 126}, // RightCommand
+    {55, 125}, // Command
+    {56, 42}, // Shift
+    {57, 58}, // CapsLock
+    {58, 56}, // Option
+    {59, 29}, // Control
+    {60, 54}, // RightShift
+    {61, 100}, // RightOption
+    {62, 97}, // RightControl
+    {64, 187}, // F17
+    {65, 83}, // KP_Decimal
+    {67, 55}, // KP_Multiply
+    {69, 78}, // KP_Plus
+    {71, 69}, // KP_Clear
+    {72, 115}, // VolumeUp
+    {73, 114}, // VolumeDown
+    {74, 113}, // Mute
+    {75, 98}, // KP_Divide
+    {76, 96}, // KP_Enter
+    {78, 74}, // KP_Minus
+    {79, 188}, // F18
+    {80, 189}, // F19
+    {81, 117}, // KP_Equals
+    {82, 82}, // KP_0
+    {83, 79}, // KP_1
+    {84, 80}, // KP_2
+    {85, 81}, // KP_3
+    {86, 75}, // KP_4
+    {87, 76}, // KP_5
+    {88, 77}, // KP_6
+    {89, 71}, // KP_7
+    {90, 190}, // F20
+    {91, 72}, // KP_8
+    {92, 73}, // KP_9
+    {93, 124}, // JIS_Yen
+    {94, 89}, // JIS_Underscore
+    {95, 95}, // JIS_KP_Comma
+    {96, 63}, // F5
+    {97, 64}, // F6
+    {98, 65}, // F7
+    {99, 61}, // F3
+    {100, 66}, // F8
+    {101, 67}, // F9
+    {102, 123}, // JIS_Eisu
+    {103, 87}, // F11
+    {104, 122}, // JIS_Kana
+    {105, 183}, // F13
+    {106, 186}, // F16
+    {107, 184}, // F14
+    {109, 68}, // F10
+    {110, 127}, // ContextMenu
+    {111, 88}, // F12
+    {113, 185}, // F15
+    {114, 110}, // Help/Insert
+    {115, 102}, // Home
+    {116, 104}, // PageUp
+    {117, 111}, // ForwardDelete
+    {118, 62}, // F4
+    {119, 107}, // End
+    {120, 60}, // F2
+    {121, 109}, // PageDown
+    {122, 59}, // F1
+    {123, 105}, // Left
+    {124, 106}, // Right
+    {125, 108}, // Down
+    {126, 103}, // Up
+}};
+
+TEST(KeyCodeTable, HoldsWhatThePlatformsPublish)
+{
+    constexpr int fromKernelToX = 8;
+    for (const PublishedKey& key : publishedKeys)
+        EXPECT_EQ(x11KeyCode(key.virtualKey), key.kernelKey + fromKernelToX) << key.virtualKey;
+}
 
 TEST(KeyCodeTable, NamesTheKeysThatTheProgramNames)
 {
@@ -62,6 +198,15 @@ TEST(ModifierMasks, EachModifierKeyHasItsOwnOnBothSides)
         EXPECT_EQ(modifierOf(static_cast<uint16_t>(keys.second)), mask);
     }
     EXPECT_EQ(modifierOf(virtual_key::space), x11_mask::none);
+}
+
+TEST(ModifierMasks, ThoseThatLackOneAreAllLesserOnesWithAndWithoutNumLock)
+{
+    using ::testing::UnorderedElementsAre;
+    EXPECT_THAT(masksLacking(x11_mask::alt), UnorderedElementsAre(0U, 0x10U));
+    EXPECT_THAT(masksLacking(x11_mask::alt | x11_mask::control),
+                UnorderedElementsAre(0U, 0x10U, 0x04U, 0x14U, 0x08U, 0x18U));
+    EXPECT_THAT(masksLacking(x11_mask::none), ::testing::IsEmpty());
 }
 
 TEST(ModifierMasks, AllThatContainOneAre128AndAllAre256)

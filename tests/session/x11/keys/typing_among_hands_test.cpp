@@ -72,8 +72,8 @@ private:
         pause(random_() % 2 ? 1ms : 15ms);
         keyboard.press(key::space);
         ++hotkeys_;
-        // No finger is up again sooner.
-        std::this_thread::sleep_for(30ms);
+        // A shorter tap may be over before a busy machine lets the program see it: its Alt opens a menu.
+        std::this_thread::sleep_for(120ms);
         pause(random_() % 4 ? 50ms : 250ms);
         const bool keyFirst = random_() % 2;
         keyboard.release(keyFirst ? key::space : key::leftAlt);
@@ -179,7 +179,7 @@ protected:
 TEST_F(TypingAmongHandsTest, WhateverHandsDoMeanwhileATextArrivesWholeAndInOrder)
 {
     std::cout << "seed " << seed << '\n';
-    constexpr int texts = 200;
+    constexpr int texts = 100;
     int wrong = 0;
     int pressed = 0;
     for (int i = 0; i < texts; ++i) {

@@ -6,6 +6,8 @@
 
 #include <xcb/xinput.h>
 
+#include <array>
+
 namespace corvandi::testing {
 namespace {
 
@@ -47,6 +49,52 @@ TEST_P(X11EventTapTest, TheChordIsReportedAndNeverReachesTheApplication)
     EXPECT_EQ(down->flags, modifier_flags::option);
     for (const auto& event : witness.take())
         EXPECT_NE(event.keyCode, key::space);
+}
+
+/// Sticky keys, for people who can't hold two keys at once, are on while it lives.
+class StickyKeys {
+public:
+    explicit StickyKeys(const X11Connection& connection)
+        : connection_(connection)
+    {
+        set(XCB_XKB_BOOL_CTRL_STICKY_KEYS);
+    }
+    ~StickyKeys() { set(0); }
+    StickyKeys(const StickyKeys&) = delete;
+    StickyKeys& operator=(const StickyKeys&) = delete;
+
+private:
+    void set(uint32_t enabled)
+    {
+        constexpr std::array<uint8_t, sizeof(xcb_xkb_get_controls_reply_t::perKeyRepeat)> noRepeats{};
+        xcb_xkb_set_controls(connection_.get(), XCB_XKB_ID_USE_CORE_KBD, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+                             XCB_XKB_BOOL_CTRL_STICKY_KEYS, enabled, XCB_XKB_CONTROL_CONTROLS_ENABLED, 0, 0,
+                             0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, noRepeats.data());
+        connection_.sync();
+    }
+
+    const X11Connection& connection_;
+};
+
+TEST_P(X11EventTapTest, WithStickyKeysTheModifierIsStruckFirstAndCountsUntilTheKeyIsUp)
+{
+    install();
+    const StickyKeys sticky(keyboard.connection());
+    for (int i = 0; i < 2; ++i) {
+        events.clear();
+        keyboard.strike(key::leftAlt);
+        keyboard.press(key::space);
+        ASSERT_TRUE(hears(KeyEventType::keyDown));
+        runFor(50ms);
+        const auto down = std::find_if(events.begin(), events.end(), [](const KeyEvent& event) {
+            return event.type == KeyEventType::keyDown;
+        });
+        EXPECT_TRUE(std::all_of(down, events.end(), [](const KeyEvent& event) {
+            return (event.flags & modifier_flags::option) != 0;
+        }));
+        keyboard.release(key::space);
+        EXPECT_TRUE(hears(KeyEventType::keyUp));
+    }
 }
 
 TEST_P(X11EventTapTest, TheApplicationKeepsTheFocusAndSeesTheModifierComeAndGo)
