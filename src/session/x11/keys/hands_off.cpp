@@ -30,10 +30,10 @@ HandsOff::HandsOff(const X11Connection& connection, std::vector<uint16_t> keyboa
 {
     xcb_grab_server(connection_.get());
     for (const uint16_t keyboard : keyboards_) {
-        grabs_.push_back(xcb_input_xi_grab_device(
-            connection_.get(), connection_.root(), XCB_CURRENT_TIME, XCB_CURSOR_NONE, keyboard,
-            XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_INPUT_GRAB_OWNER_NO_OWNER, 1,
-            &grabbedEvents));
+        grabs_.push_back(xcb_input_xi_grab_device(connection_.get(), connection_.root(), XCB_CURRENT_TIME,
+                                                  XCB_CURSOR_NONE, keyboard, XCB_INPUT_GRAB_MODE_22_ASYNC,
+                                                  XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_INPUT_GRAB_OWNER_NO_OWNER,
+                                                  1, &grabbedEvents));
     }
     state_ = requestState(connection_);
     keys_ = xcb_query_keymap(connection_.get());

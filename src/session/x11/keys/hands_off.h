@@ -21,8 +21,8 @@ struct CaughtKey {
     uint8_t modifiers;
 };
 
-/// The keyboards that a person types on: all that feed `master`, or nothing at the moment, but for the one for
-/// synthetic keys. One round trip.
+/// The keyboards that a person types on: all that feed `master`, or nothing at the moment, but for the one
+/// for synthetic keys. One round trip.
 [[nodiscard]] std::vector<uint16_t> keyboardsOfHands(const X11Connection& connection, uint16_t master);
 
 /// Keys that are played without anybody's hands in between: everything that is queued on `connection` while
@@ -55,7 +55,6 @@ public:
 
     /// Sends the piece, and waits until the server has carried it out. Nothing when the server has gone.
     [[nodiscard]] std::optional<Report> end();
-    [[nodiscard]] const std::vector<uint16_t>& keyboards() const { return keyboards_; }
 
 private:
     void queueEnd();

@@ -217,8 +217,8 @@ private:
             forgetPress();
     }
 
-    /// Modifiers that wait for the next key, as sticky keys make them. The neutral key uses them up, and to the
-    /// person they are held with the chord's key.
+    /// Modifiers that wait for the next key, as sticky keys make them. The neutral key uses them up, and to
+    /// the person they are held with the chord's key.
     [[nodiscard]] uint8_t latchedModifiers()
     {
         const auto state = readState(connection_);

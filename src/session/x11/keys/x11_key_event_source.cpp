@@ -38,7 +38,7 @@ X11KeyEventSource::X11KeyEventSource(const X11Connection& connection, Keymap key
                                      Question shortcutOfFrontmost, std::function<void(const KeySet&)> ended)
     : connection_(connection)
     , keymap_(std::move(keymap))
-    , master_(master)
+    , keyboards_(keyboardsOfHands(connection, master))
     , characters_(std::move(characters))
     , watched_(watched)
     , shortcutOfFrontmost_(std::move(shortcutOfFrontmost))
@@ -46,8 +46,11 @@ X11KeyEventSource::X11KeyEventSource(const X11Connection& connection, Keymap key
     , modifierKeys_(heldModifierKeys(keymap_))
 {
     watched_.isTyped = true;
-    if (watched_.tap)
+    held_ = keysDown(connection_) & modifierKeys_;
+    if (watched_.tap) {
         watched_.tap->claimWithoutModifiers(true);
+        watched_.tap->catchUp();
+    }
     suspendHelps();
 }
 
@@ -82,28 +85,22 @@ void X11KeyEventSource::begin()
 {
     if (batch_)
         return;
-    if (watched_.tap)
-        watched_.tap->catchUp();
-    heldBefore_ = keysDown(connection_) & modifierKeys_;
-    batch_.emplace(connection_, keyboardsOfHands(connection_, master_));
-    // In any case: a hand may have moved since the look at the keys.
+    batch_.emplace(connection_, keyboards_);
+    // In any case: a hand may have moved since the last look at the keys.
     letGo(modifierKeys_);
     setLocks(connection_, suspendableLocks, x11_mask::none);
 }
 
 void X11KeyEventSource::end()
 {
-    press(heldBefore_);
+    press(held_);
     const auto report = batch_->end();
-    const std::vector<uint16_t> keyboards = batch_->keyboards();
     batch_.reset();
     if (report)
-        settle(*report, keyboards);
-    if (watched_.tap)
-        watched_.tap->catchUp();
+        settle(*report);
 }
 
-void X11KeyEventSource::settle(const HandsOff::Report& report, const std::vector<uint16_t>& keyboards)
+void X11KeyEventSource::settle(const HandsOff::Report& report)
 {
     // Off since the last time: one that is on has been struck meanwhile, and means the contrary then.
     suspendedLocks_ = static_cast<uint8_t>(suspendedLocks_ ^ (report.state.locked & suspendableLocks));
@@ -111,31 +108,38 @@ void X11KeyEventSource::settle(const HandsOff::Report& report, const std::vector
     if (watched_.heldOn)
         watched_.coveredModifiers = static_cast<uint8_t>(watched_.coveredModifiers | report.state.held);
     const KeySet held = report.keysDown & modifierKeys_;
-    letGo(heldBefore_ & ~held);
-    press(held & ~heldBefore_);
+    letGo(held_ & ~held);
+    press(held & ~held_);
+    held_ = held;
     if (report.state.latched)
         latch(connection_, report.state.latched);
     for (const CaughtKey& key : report.caught)
         handOver(key, report.state.held);
-    letGoOfWhatHandsDont(held & report.handsDown, keyboards);
+    letGoOfWhatHandsDont(held & report.handsDown);
     connection_.flush();
 }
 
 /// The person may have let go before the key was pressed again for them.
-void X11KeyEventSource::letGoOfWhatHandsDont(const KeySet& pressed, const std::vector<uint16_t>& keyboards)
+void X11KeyEventSource::letGoOfWhatHandsDont(const KeySet& pressed)
 {
+    if (pressed.none())
+        return;
     leftDown_ |= pressed;
-    if (pressed.any())
-        letGo(pressed & ~keysDownOn(connection_, requestKeysDownOn(connection_, keyboards)));
+    const KeySet gone = pressed & ~keysDownOn(connection_, requestKeysDownOn(connection_, keyboards_));
+    letGo(gone);
+    held_ &= ~gone;
 }
 
 void X11KeyEventSource::handOver(const CaughtKey& key, uint8_t heldBefore)
 {
-    if (key.direction == KeyDirection::up)
+    if (key.direction == KeyDirection::up) {
+        held_.reset(key.keyCode);
         return play(key.keyCode, KeyDirection::up);
+    }
     if (modifierKeys_[key.keyCode]) {
         press(KeySet().set(key.keyCode));
-        return letGoOfWhatHandsDont(KeySet().set(key.keyCode), {key.device});
+        held_.set(key.keyCode);
+        return letGoOfWhatHandsDont(KeySet().set(key.keyCode));
     }
     const auto held = static_cast<uint8_t>(key.modifiers | heldBefore);
     const auto& chord = watched_.chord;

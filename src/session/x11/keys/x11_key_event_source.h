@@ -55,8 +55,8 @@ private:
     void suspendHelps();
     void begin();
     void end();
-    void settle(const HandsOff::Report& report, const std::vector<uint16_t>& keyboards);
-    void letGoOfWhatHandsDont(const KeySet& pressed, const std::vector<uint16_t>& keyboards);
+    void settle(const HandsOff::Report& report);
+    void letGoOfWhatHandsDont(const KeySet& pressed);
     void letGo(const KeySet& keys);
     void handOver(const CaughtKey& key, uint8_t heldBefore);
     void playNeutralKey();
@@ -71,7 +71,7 @@ private:
 
     const X11Connection& connection_;
     Keymap keymap_;
-    uint16_t master_;
+    std::vector<uint16_t> keyboards_;
     CharacterMap characters_;
     WatchedChord& watched_;
     Question shortcutOfFrontmost_;
@@ -81,8 +81,8 @@ private:
     KeySet leftDown_;
     /// Present while keys are queued.
     std::optional<HandsOff> batch_;
-    /// The modifier keys that were down shortly before that.
-    KeySet heldBefore_;
+    /// The modifier keys that a person holds, as far as is known.
+    KeySet held_;
     uint8_t suspendedLocks_ = 0;
     /// As they were, while they are off.
     std::optional<KeyboardHelps> suspendedHelps_;

@@ -43,7 +43,11 @@ public:
               [&log] { log.write(QStringLiteral("the keyboard's connection to the X server is lost")); })
     {
     }
-    ~Session() { takeCharactersBack(); }
+    ~Session()
+    {
+        releaseLeftDown();
+        takeCharactersBack();
+    }
 
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
@@ -80,14 +84,17 @@ private:
     void releaseWhenFree(const KeySet& keys)
     {
         leftDown_ |= keys;
-        release_ = whenKeysAreFree([this] {
-            for (size_t key = 0; key < leftDown_.size(); ++key) {
-                if (leftDown_[key])
-                    fakeKey(player_, static_cast<uint8_t>(key), KeyDirection::up);
-            }
-            player_.flush();
-            leftDown_.reset();
-        });
+        release_ = whenKeysAreFree([this] { releaseLeftDown(); });
+    }
+
+    void releaseLeftDown()
+    {
+        for (size_t key = 0; key < leftDown_.size(); ++key) {
+            if (leftDown_[key])
+                fakeKey(player_, static_cast<uint8_t>(key), KeyDirection::up);
+        }
+        leftDown_.reset();
+        player_.sync();
     }
 
     [[nodiscard]] std::optional<Keymap> presentKeymap(const KeyboardState& state) const

@@ -97,8 +97,8 @@ private:
     }
     void pause(microseconds longest)
     {
-        std::this_thread::sleep_for(microseconds(static_cast<microseconds::rep>(
-            random_() % static_cast<unsigned>(longest.count() + 1))));
+        std::this_thread::sleep_for(microseconds(
+            static_cast<microseconds::rep>(random_() % static_cast<unsigned>(longest.count() + 1))));
     }
 
     std::mt19937 random_;
@@ -112,8 +112,8 @@ class TypingAmongHandsTest : public TypingFixture {
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(run(QStringLiteral("xset"),
-                        {QStringLiteral("r"), QStringLiteral("rate"), QStringLiteral("150"), QStringLiteral("100")}));
+        ASSERT_TRUE(run(QStringLiteral("xset"), {QStringLiteral("r"), QStringLiteral("rate"),
+                                                 QStringLiteral("150"), QStringLiteral("100")}));
         tap = taps.create({}, [this](const KeyEvent& event) { return watch(event); });
         ASSERT_NE(tap, nullptr);
         tap->setEnabled(true);
@@ -131,8 +131,8 @@ protected:
             isActive = true;
             ++presses;
         }
-        const bool isOver = event.type == KeyEventType::keyUp ||
-                            (event.type == KeyEventType::flagsChanged && !(event.flags & modifier_flags::option));
+        const bool isOver = event.type == KeyEventType::keyUp || (event.type == KeyEventType::flagsChanged &&
+                                                                  !(event.flags & modifier_flags::option));
         if (isOver)
             isActive = false;
         return TapVerdict::swallow;
@@ -141,7 +141,8 @@ protected:
     /// Words without the letter Q, and characters that no key bears.
     QString newText()
     {
-        static const QString characters = QStringLiteral("abcdefghijklmnoprstuvwxyz ABCDEFGHIJ KLMNOPRSTUVWXYZ,. 0123é");
+        static const QString characters =
+            QStringLiteral("abcdefghijklmnoprstuvwxyz ABCDEFGHIJ KLMNOPRSTUVWXYZ,. 0123é");
         QString text;
         while (text.size() < 300)
             text += characters[static_cast<qsizetype>(random() % static_cast<unsigned>(characters.size()))];
@@ -161,14 +162,11 @@ protected:
     }
 
     /// What the field holds but for the person's own letter.
-    QString received()
-    {
-        return target.text().remove(QLatin1Char('q'), Qt::CaseInsensitive);
-    }
+    QString received() { return target.text().remove(QLatin1Char('q'), Qt::CaseInsensitive); }
 
     unsigned seed = qEnvironmentVariableIsSet("HANDS_SEED")
-        ? static_cast<unsigned>(qEnvironmentVariableIntValue("HANDS_SEED"))
-        : std::random_device()();
+                        ? static_cast<unsigned>(qEnvironmentVariableIntValue("HANDS_SEED"))
+                        : std::random_device()();
     std::mt19937 random{seed};
     X11EventTapFactory taps{log, watched};
     std::unique_ptr<EventTap> tap;
@@ -193,7 +191,8 @@ TEST_F(TypingAmongHandsTest, WhateverHandsDoMeanwhileATextArrivesWholeAndInOrder
         if (!waitUntil([&] { return received() == text; }, 2s)) {
             ++wrong;
             if (wrong <= 5)
-                std::cout << "typed    " << text.toStdString() << "\nreceived " << received().toStdString() << '\n';
+                std::cout << "typed    " << text.toStdString() << "\nreceived " << received().toStdString()
+                          << '\n';
         }
         runFor(5ms);
         target.clear();
