@@ -77,10 +77,12 @@ std::vector<uint32_t> masksContaining(uint8_t required)
 
 std::vector<uint32_t> masksLacking(uint8_t required)
 {
+    constexpr uint32_t considered =
+        x11_mask::shift | x11_mask::control | x11_mask::alt | x11_mask::super | x11_mask::numLock;
     std::vector<uint32_t> masks;
-    for (uint32_t mask = 0; mask < required; ++mask) {
-        if ((mask & ~static_cast<uint32_t>(required)) == 0)
-            masks.insert(masks.end(), {mask, mask | x11_mask::numLock});
+    for (uint32_t mask = 0; mask <= considered; ++mask) {
+        if ((mask & ~considered) == 0 && (mask & required) != required)
+            masks.push_back(mask);
     }
     return masks;
 }

@@ -35,7 +35,7 @@ inline constexpr uint8_t lockModifiers = x11_mask::lock | x11_mask::numLock;
 [[nodiscard]] uint8_t modifierOf(uint16_t virtualKey);
 /// All masks that contain `required`: 128 for one modifier, 256 for none.
 [[nodiscard]] std::vector<uint32_t> masksContaining(uint8_t required);
-/// All masks of some of `required` or none, with and without NumLock.
+/// All masks of Shift, Control, Alt, Super and NumLock that do not contain `required`.
 [[nodiscard]] std::vector<uint32_t> masksLacking(uint8_t required);
 
 /// One keyboard that produces keys: a piece of hardware, or the server's own one for synthetic keys.
@@ -81,8 +81,7 @@ public:
     /// Claims the chord on all keyboards that are plugged in now; those that were claimed before stay
     /// so. Says how much of it other clients have left. One round trip.
     [[nodiscard]] Outcome claim();
-    /// Claims the key also without modifiers, or with some of them only, on the keyboards that a person types
-    /// on, or gives that back. NumLock may be on or off.
+    /// Claims the key also without its modifiers on the keyboards that a person types on, or gives that back.
     void claimWithoutModifiers(bool isWanted);
 
 private:

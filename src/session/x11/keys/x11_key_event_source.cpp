@@ -48,8 +48,9 @@ X11KeyEventSource::X11KeyEventSource(const X11Connection& connection, Keymap key
     watched_.isTyped = true;
     held_ = keysDown(connection_) & modifierKeys_;
     if (watched_.tap) {
-        watched_.tap->claimWithoutModifiers(true);
+        // First: a claim on a keyboard that the tap still holds would go by that keyboard's modifiers alone.
         watched_.tap->catchUp();
+        watched_.tap->claimWithoutModifiers(true);
     }
     suspendHelps();
 }

@@ -200,12 +200,13 @@ TEST(ModifierMasks, EachModifierKeyHasItsOwnOnBothSides)
     EXPECT_EQ(modifierOf(virtual_key::space), x11_mask::none);
 }
 
-TEST(ModifierMasks, ThoseThatLackOneAreAllLesserOnesWithAndWithoutNumLock)
+TEST(ModifierMasks, ThoseThatLackOneOfTheRequired)
 {
-    using ::testing::UnorderedElementsAre;
-    EXPECT_THAT(masksLacking(x11_mask::alt), UnorderedElementsAre(0U, 0x10U));
-    EXPECT_THAT(masksLacking(x11_mask::alt | x11_mask::control),
-                UnorderedElementsAre(0U, 0x10U, 0x04U, 0x14U, 0x08U, 0x18U));
+    const auto withoutAlt = masksLacking(x11_mask::alt);
+    EXPECT_EQ(withoutAlt.size(), 16U);
+    EXPECT_TRUE(std::none_of(withoutAlt.begin(), withoutAlt.end(),
+                             [](uint32_t mask) { return mask & x11_mask::alt; }));
+    EXPECT_EQ(masksLacking(x11_mask::alt | x11_mask::control).size(), 24U);
     EXPECT_THAT(masksLacking(x11_mask::none), ::testing::IsEmpty());
 }
 
