@@ -139,6 +139,15 @@ KeyboardHelps harmless(KeyboardHelps helps)
     return helps;
 }
 
+void resetWithConnection(const X11Connection& connection, const std::optional<KeyboardHelps>& helps)
+{
+    constexpr uint32_t reset = XCB_XKB_PER_CLIENT_FLAG_AUTO_RESET_CONTROLS;
+    const auto cookie =
+        xcb_xkb_per_client_flags(connection.get(), XCB_XKB_ID_USE_CORE_KBD, reset, helps ? reset : 0,
+                                 helps ? filters : 0, helps ? filters : 0, helps ? helps->filters : 0);
+    xcb_discard_reply(connection.get(), cookie.sequence);
+}
+
 void setHelps(const X11Connection& connection, const KeyboardHelps& helps)
 {
     // The other values are not looked at.

@@ -80,6 +80,9 @@ struct KeyboardHelps {
 [[nodiscard]] std::optional<KeyboardHelps> readHelps(const X11Connection& connection);
 /// `helps` without what typing would suffer from or disturb.
 [[nodiscard]] KeyboardHelps harmless(KeyboardHelps helps);
+/// Lets the server switch the filters as they are in `helps` when the connection ends, however it does; with
+/// nothing, not any more. Queues the request.
+void resetWithConnection(const X11Connection& connection, const std::optional<KeyboardHelps>& helps);
 /// Queues the request.
 void setHelps(const X11Connection& connection, const KeyboardHelps& helps);
 

@@ -49,6 +49,16 @@ private:
 /// Only plans: whoever writes a planned map to the server says so with `adopt`.
 class SpareKeys {
 public:
+    SpareKeys() = default;
+    /// With `ours` on the keys already.
+    explicit SpareKeys(std::map<uint8_t, KeySymbols> ours)
+        : ours_(std::move(ours))
+    {
+    }
+
+    /// What is on the keys that we use.
+    [[nodiscard]] const std::map<uint8_t, KeySymbols>& ours() const { return ours_; }
+
     /// Learns what has become of our characters: a change of the layout takes them away.
     void reconcile(const Keymap& present);
 

@@ -34,13 +34,14 @@ void fakeDeviceKey(const X11Connection& connection, uint16_t device, uint8_t key
 }
 
 X11KeyEventSource::X11KeyEventSource(const X11Connection& connection, Keymap keymap, uint16_t master,
-                                     CharacterMap characters, WatchedChord& watched,
+                                     CharacterMap characters, WatchedChord& watched, KeyboardLoan& loan,
                                      Question shortcutOfFrontmost, std::function<void(const KeySet&)> ended)
     : connection_(connection)
     , keymap_(std::move(keymap))
     , keyboards_(keyboardsOfHands(connection, master))
     , characters_(std::move(characters))
     , watched_(watched)
+    , loan_(loan)
     , shortcutOfFrontmost_(std::move(shortcutOfFrontmost))
     , ended_(std::move(ended))
     , modifierKeys_(heldModifierKeys(keymap_))
@@ -61,9 +62,14 @@ X11KeyEventSource::~X11KeyEventSource()
         post({down_.back().virtualKey, KeyDirection::up, 0, {}});
     if (suspendedLocks_)
         setLocks(connection_, suspendedLocks_, suspendedLocks_);
-    if (suspendedHelps_)
+    if (suspendedHelps_) {
         setHelps(connection_, *suspendedHelps_);
+        resetWithConnection(connection_, std::nullopt);
+    }
     connection_.sync();
+    suspendedLocks_ = 0;
+    suspendedHelps_.reset();
+    noteLoan();
     if (watched_.tap) {
         watched_.tap->claimWithoutModifiers(false);
         watched_.tap->catchUp();
@@ -79,7 +85,19 @@ void X11KeyEventSource::suspendHelps()
     if (!helps || *helps == harmless(*helps))
         return;
     suspendedHelps_ = helps;
+    noteLoan();
+    resetWithConnection(connection_, *helps);
     setHelps(connection_, harmless(*helps));
+}
+
+void X11KeyEventSource::noteLoan()
+{
+    loan_.note([this](BorrowedKeyboard& borrowed) {
+        borrowed.locks = suspendedLocks_;
+        borrowed.stickyOptions =
+            suspendedHelps_ ? std::optional(suspendedHelps_->stickyOptions) : std::nullopt;
+        borrowed.hasModifiersDown = borrowed.hasModifiersDown || leftDown_.any();
+    });
 }
 
 void X11KeyEventSource::begin()
@@ -105,6 +123,7 @@ void X11KeyEventSource::settle(const HandsOff::Report& report)
 {
     // Off since the last time: one that is on has been struck meanwhile, and means the contrary then.
     suspendedLocks_ = static_cast<uint8_t>(suspendedLocks_ ^ (report.state.locked & suspendableLocks));
+    noteLoan();
     // A person who holds the chord goes on holding it.
     if (watched_.heldOn)
         watched_.coveredModifiers = static_cast<uint8_t>(watched_.coveredModifiers | report.state.held);
@@ -126,6 +145,7 @@ void X11KeyEventSource::letGoOfWhatHandsDont(const KeySet& pressed)
     if (pressed.none())
         return;
     leftDown_ |= pressed;
+    noteLoan();
     const KeySet gone = pressed & ~keysDownOn(connection_, requestKeysDownOn(connection_, keyboards_));
     letGo(gone);
     held_ &= ~gone;

@@ -2,6 +2,7 @@
 
 #include "ports/keyboard.h"
 #include "session/x11/keys/hands_off.h"
+#include "session/x11/keys/keyboard_loan.h"
 #include "session/x11/keys/keyboard_state.h"
 #include "session/x11/keys/spare_keys.h"
 #include "session/x11/keys/watched_chord.h"
@@ -35,8 +36,8 @@ public:
     /// paste shortcut. `ended` is called at the end with the modifier keys that have been pressed for a
     /// person who held them, if there were any: they are to be let go of as soon as no modifier is held.
     X11KeyEventSource(const X11Connection& connection, Keymap keymap, uint16_t master,
-                      CharacterMap characters, WatchedChord& watched, Question shortcutOfFrontmost,
-                      std::function<void(const KeySet&)> ended);
+                      CharacterMap characters, WatchedChord& watched, KeyboardLoan& loan,
+                      Question shortcutOfFrontmost, std::function<void(const KeySet&)> ended);
     ~X11KeyEventSource() override;
 
     X11KeyEventSource(const X11KeyEventSource&) = delete;
@@ -53,6 +54,7 @@ private:
     };
 
     void suspendHelps();
+    void noteLoan();
     void begin();
     void end();
     void settle(const HandsOff::Report& report);
@@ -74,6 +76,7 @@ private:
     std::vector<uint16_t> keyboards_;
     CharacterMap characters_;
     WatchedChord& watched_;
+    KeyboardLoan& loan_;
     Question shortcutOfFrontmost_;
     std::function<void(const KeySet&)> ended_;
     KeySet modifierKeys_;

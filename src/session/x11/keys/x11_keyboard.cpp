@@ -1,6 +1,7 @@
 #include "session/x11/keys/x11_keyboard.h"
 
 #include "session/x11/keys/key_plan.h"
+#include "session/x11/keys/keyboard_loan.h"
 #include "session/x11/keys/keyboard_state.h"
 #include "session/x11/keys/keymap_reader.h"
 #include "session/x11/keys/keymap_writer.h"
@@ -37,11 +38,14 @@ public:
         : connection_(std::move(connection))
         , player_(std::move(player))
         , watched_(watched)
+        , loan_(player_)
         , freeKeys_(connection_)
         , pump_(
               connection_, [this](const xcb_generic_event_t& event) { freeKeys_.handle(event); },
               [&log] { log.write(QStringLiteral("the keyboard's connection to the X server is lost")); })
     {
+        giveBackWhatIsLeft(log);
+        freeStaleModifiers();
     }
     ~Session()
     {
@@ -67,9 +71,13 @@ public:
         if (!keymap)
             return nullptr;
         lastTyping_ = std::chrono::steady_clock::now();
+        // Before they go off.
+        loan_.note([&](BorrowedKeyboard& borrowed) {
+            borrowed.locks = static_cast<uint8_t>(state->locked & ~x11_mask::numLock);
+        });
         CharacterMap strokes(*keymap, conditions);
         return std::make_unique<X11KeyEventSource>(player_, std::move(*keymap), state->device,
-                                                   std::move(strokes), watched_, shortcut,
+                                                   std::move(strokes), watched_, loan_, shortcut,
                                                    [this](const KeySet& keys) { releaseWhenFree(keys); });
     }
 
@@ -80,6 +88,58 @@ public:
     }
 
 private:
+    /// A program that was killed could not.
+    void giveBackWhatIsLeft(SystemLog& log)
+    {
+        const auto left = loan_.leftBehind();
+        if (!left)
+            return;
+        log.write(QStringLiteral("gives back what a killed program had borrowed from the keyboard"));
+        if (left->locks)
+            setLocks(player_, left->locks, left->locks);
+        if (auto helps = left->stickyOptions ? readHelps(player_) : std::nullopt) {
+            helps->stickyOptions = *left->stickyOptions;
+            setHelps(player_, *helps);
+        }
+        if (left->hasModifiersDown)
+            leftDown_ = modifiersOnlyDownOn(Owner::synthetic);
+        spareKeys_ = SpareKeys(left->characters);
+        takeCharactersBack();
+    }
+
+    /// A program that died while it held a keyboard has swallowed the release: then only the master keyboard
+    /// takes the modifier for held.
+    void freeStaleModifiers()
+    {
+        leftDown_ |= modifiersOnlyDownOn(Owner::nobody);
+        if (leftDown_.none())
+            return;
+        const auto keymap = readKeymap(player_, XCB_XKB_ID_USE_CORE_KBD);
+        if (const auto neutral = keymap ? keymap->neutralKey() : std::nullopt) {
+            fakeKey(player_, *neutral, KeyDirection::down);
+            fakeKey(player_, *neutral, KeyDirection::up);
+        }
+        releaseLeftDown();
+    }
+
+    enum class Owner { nobody, synthetic };
+
+    /// The modifiers that are down on the master keyboard, or on the one for synthetic keys, and nowhere
+    /// else.
+    [[nodiscard]] KeySet modifiersOnlyDownOn(Owner owner) const
+    {
+        std::vector<uint16_t> synthetic;
+        std::vector<uint16_t> others;
+        for (const KeyboardDevice& device : slaveKeyboards(player_, Floating::too))
+            (device.isXtest ? synthetic : others).push_back(device.id);
+        const KeySet onSynthetic = keysDownOn(player_, requestKeysDownOn(player_, synthetic));
+        const KeySet onOthers = keysDownOn(player_, requestKeysDownOn(player_, others));
+        const auto keymap = readKeymap(player_, XCB_XKB_ID_USE_CORE_KBD);
+        const KeySet modifiers = keymap ? heldModifierKeys(*keymap) : KeySet();
+        const KeySet down = owner == Owner::synthetic ? onSynthetic : keysDown(player_) & ~onSynthetic;
+        return modifiers & down & ~onOthers;
+    }
+
     /// The person lets go of them on a keyboard of their own; on the one for typing they are down as well.
     void releaseWhenFree(const KeySet& keys)
     {
@@ -94,6 +154,7 @@ private:
                 fakeKey(player_, static_cast<uint8_t>(key), KeyDirection::up);
         }
         leftDown_.reset();
+        loan_.note([](BorrowedKeyboard& borrowed) { borrowed.hasModifiersDown = false; });
         player_.sync();
     }
 
@@ -125,6 +186,7 @@ private:
         if (!wanted || !writeKeys(connection_, changedKeys(present, *wanted), *wanted))
             return std::nullopt;
         spareKeys_.adopt(present, *wanted);
+        noteCharacters();
         return wanted;
     }
 
@@ -144,12 +206,20 @@ private:
         spareKeys_.reconcile(*present);
         const Keymap cleared = spareKeys_.withoutCharacters(*present);
         (void)writeKeys(connection_, changedKeys(*present, cleared), cleared);
+        spareKeys_ = SpareKeys();
+        noteCharacters();
+    }
+
+    void noteCharacters()
+    {
+        loan_.note([this](BorrowedKeyboard& borrowed) { borrowed.characters = spareKeys_.ours(); });
     }
 
     X11Connection connection_;
     /// For typing: no other events come here than what hands do meanwhile.
     X11Connection player_;
     WatchedChord& watched_;
+    KeyboardLoan loan_;
     SpareKeys spareKeys_;
     std::chrono::steady_clock::time_point lastTyping_ = std::chrono::steady_clock::now();
     FreeKeysWatch freeKeys_;

@@ -1,5 +1,6 @@
 #include "ports/key_codes.h"
 #include "session/x11/keys/key_code_table.h"
+#include "session/x11/keys/keyboard_loan.h"
 #include "session/x11/keys/watched_chord.h"
 
 #include <gmock/gmock.h>
@@ -172,6 +173,28 @@ TEST(KeyCodeTable, KnowsNoKeyThatXCannotName)
     EXPECT_FALSE(x11KeyCode(65535));
     EXPECT_FALSE(virtualKeyCode(0));
     EXPECT_FALSE(virtualKeyCode(400));
+}
+
+TEST(BorrowedKeyboard, ComesBackFromItsNumbers)
+{
+    BorrowedKeyboard borrowed;
+    EXPECT_EQ(borrowedIn(wordsFor(borrowed)), borrowed);
+    borrowed.locks = x11_mask::lock;
+    borrowed.stickyOptions = 0;
+    borrowed.hasModifiersDown = true;
+    borrowed.characters[97] = KeySymbols{{2, 0, 0, 0}, 1, 4, {0x1004F60, 0, 0xE4, 0}, 0};
+    borrowed.characters[255] = KeySymbols{{1, 0, 0, 0}, 1, 2, {0x100597D, 0}, 0};
+    EXPECT_EQ(borrowedIn(wordsFor(borrowed)), borrowed);
+}
+
+TEST(BorrowedKeyboard, IsNotTakenFromNumbersThatMeanNone)
+{
+    EXPECT_FALSE(borrowedIn({}));
+    EXPECT_FALSE(borrowedIn({1, 2, 3}));
+    EXPECT_FALSE(borrowedIn({2, 0, 0, 0, 0}));
+    // Cut off in the middle of a key.
+    EXPECT_EQ(borrowedIn({1, 0, 0, 0, 9, 97, 4, 0xFFFFFFFF, 1})->characters.size(), 1U);
+    EXPECT_TRUE(borrowedIn({1, 0, 0, 0, 9, 97})->characters.empty());
 }
 
 TEST(ModifierMasks, TranslateBothWays)
