@@ -18,9 +18,10 @@ constexpr auto betweenLooks = 30ms;
 /// How long an application may take for a change, on a machine under load.
 constexpr auto patience = 10s;
 
-QCoro::Task<> store(QCoro::Task<bool> task, std::shared_ptr<std::optional<bool>> result)
+QCoro::Task<> store(QCoro::Task<Insertion> task, std::shared_ptr<std::optional<bool>> result)
 {
-    *result = co_await task;
+    const Insertion insertion = co_await task;
+    *result = insertion.outcome == Insertion::Outcome::inserted;
 }
 
 } // namespace
@@ -50,7 +51,7 @@ QString TypingDesk::text() const
 std::shared_ptr<std::optional<bool>> TypingDesk::begin(const QString& text, InsertionMethod method)
 {
     auto result = std::make_shared<std::optional<bool>>();
-    const auto task = store(injector_.insert(text, method), result);
+    const auto task = store(injector_.insert(text, method, [] { return true; }), result);
     return result;
 }
 

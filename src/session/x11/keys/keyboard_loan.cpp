@@ -76,8 +76,8 @@ KeyboardLoan::KeyboardLoan(const X11Connection& connection)
 {
     xcb_create_window(connection_.get(), 0, writer_.window, connection_.root(), 0, 0, 1, 1, 0,
                       XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
-    xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, writer_.window, property_, XCB_ATOM_CARDINAL,
-                        32, 1, &writer_.mark);
+    xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, writer_.window, property_,
+                        XCB_ATOM_CARDINAL, 32, 1, &writer_.mark);
     connection_.flush();
 }
 

@@ -39,7 +39,10 @@ protected:
         ASSERT_TRUE(process.waitForFinished());
         person.connection().sync();
     }
-    void startAgain() { X11Keyboard(log, watched, [] { return PasteShortcut::none; }); }
+    void startAgain()
+    {
+        X11Keyboard(log, watched, [] { return PasteShortcut::none; });
+    }
 
     /// The server takes a moment to see that a program has died.
     template<class Condition>
