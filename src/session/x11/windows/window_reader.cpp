@@ -123,13 +123,44 @@ FrontWindowReader::FrontWindowReader(const XcbConnection& x)
     : x_(x)
     , windows_(x)
     , netActiveWindow_(x.atom("_NET_ACTIVE_WINDOW"))
+    , netSupportingWmCheck_(x.atom("_NET_SUPPORTING_WM_CHECK"))
 {
 }
 
 xcb_window_t FrontWindowReader::activeWindow() const
 {
-    const auto windows = wordsOf(x_, requestProperty(x_, x_.root(), netActiveWindow_));
-    return windows.empty() ? static_cast<xcb_window_t>(XCB_WINDOW_NONE) : windows.front();
+    const PropertyRequest active = requestProperty(x_, x_.root(), netActiveWindow_);
+    const PropertyRequest manager = requestProperty(x_, x_.root(), netSupportingWmCheck_);
+    const auto windows = wordsOf(x_, active);
+    const bool isManaged = !wordsOf(x_, manager).empty();
+    if (!windows.empty())
+        return windows.front();
+    return isManaged ? static_cast<xcb_window_t>(XCB_WINDOW_NONE)
+                     : applicationWindowAround(windowWithFocus());
+}
+
+xcb_window_t FrontWindowReader::windowWithFocus() const
+{
+    const auto focus = x_.reply(xcb_get_input_focus_reply, xcb_get_input_focus(x_.get()));
+    if (!focus || focus->focus != XCB_INPUT_FOCUS_POINTER_ROOT)
+        return focus ? focus->focus : static_cast<xcb_window_t>(XCB_WINDOW_NONE);
+    // Keys go to the window under the pointer.
+    const auto pointer = x_.reply(xcb_query_pointer_reply, xcb_query_pointer(x_.get(), x_.root()));
+    return pointer ? pointer->child : static_cast<xcb_window_t>(XCB_WINDOW_NONE);
+}
+
+/// The innermost window around that is an application's own, which the class tells; toolkits give the focus
+/// to small windows inside it. Without a class, the outermost.
+xcb_window_t FrontWindowReader::applicationWindowAround(xcb_window_t window) const
+{
+    while (window != XCB_WINDOW_NONE && window != x_.root()) {
+        const PropertyRequest name = requestProperty(x_, window, XCB_ATOM_WM_CLASS);
+        const auto tree = x_.reply(xcb_query_tree_reply, xcb_query_tree(x_.get(), window));
+        if (!textOf(x_, name).empty() || !tree || tree->parent == x_.root())
+            return window;
+        window = tree->parent;
+    }
+    return XCB_WINDOW_NONE;
 }
 
 std::optional<FrontWindow> FrontWindowReader::read() const

@@ -51,22 +51,27 @@ private:
     xcb_atom_t netWmStateSkipTaskbar_;
 };
 
-/// Reads the active window that the window manager names, in two or three round trips.
+/// Reads the active window that the window manager names, in two or three round trips. Without a window
+/// manager (of the kind that names one) it is the window that keys go to, found in one round trip for each
+/// window around it.
 ///
 /// Thread: main thread only.
 class FrontWindowReader {
 public:
     explicit FrontWindowReader(const XcbConnection& x);
 
-    /// Nothing without an active window, window manager or X server, or when the window closes meanwhile.
+    /// Nothing without an active window or X server, or when the window closes meanwhile.
     [[nodiscard]] std::optional<FrontWindow> read() const;
 
 private:
     [[nodiscard]] xcb_window_t activeWindow() const;
+    [[nodiscard]] xcb_window_t windowWithFocus() const;
+    [[nodiscard]] xcb_window_t applicationWindowAround(xcb_window_t window) const;
 
     const XcbConnection& x_;
     WindowReader windows_;
     xcb_atom_t netActiveWindow_;
+    xcb_atom_t netSupportingWmCheck_;
 };
 
 } // namespace corvandi
