@@ -27,6 +27,9 @@ public:
     /// The present content as plain text; nothing when there is none in that form, or when its owner
     /// does not answer in time (the adapter bounds the wait). Never blocks the thread.
     [[nodiscard]] virtual QCoro::Task<std::optional<QString>> string() = 0;
+    /// Whether the present content is marked as not to be recorded, as `concealed` does; false when its owner
+    /// does not say so in time. Never blocks the thread.
+    [[nodiscard]] virtual QCoro::Task<bool> isConcealed() = 0;
     /// Takes the clipboard over and makes it empty.
     virtual void clearContents() = 0;
     /// Adds one form of content to what `clearContents` has begun. Returns false when the platform did

@@ -13,13 +13,17 @@ public:
     {
         pasteboard_.takeOverFromOutside({{QStringLiteral("public.png"), QStringLiteral("PNG")}});
     }
+    void copySecretElsewhere() override
+    {
+        pasteboard_.takeOverFromOutside({{pasteboard_type::concealed, QString()}});
+    }
     void copyInAProgramThatHangs() override
     {
         pasteboard_.copyFromOutside(QStringLiteral("never given"));
         pasteboard_.ownerAnswers = false;
     }
     [[nodiscard]] std::optional<QString> textSeenElsewhere() override { return pasteboard_.text(); }
-    [[nodiscard]] bool isConcealedElsewhere() override { return pasteboard_.isConcealed(); }
+    [[nodiscard]] bool isConcealedElsewhere() override { return pasteboard_.isMarked(); }
 
 private:
     FakePasteboard pasteboard_;

@@ -16,6 +16,8 @@ public:
     virtual void copyElsewhere(const QString& text) = 0;
     /// Another program takes the clipboard over with a picture.
     virtual void copyPictureElsewhere() = 0;
+    /// A password manager takes the clipboard over, and marks what is there.
+    virtual void copySecretElsewhere() = 0;
     /// Another program takes the clipboard over with a text, and hangs.
     virtual void copyInAProgramThatHangs() = 0;
     /// The text that another program is given; nothing when there is none.
@@ -40,6 +42,13 @@ protected:
         const auto reading = startReading();
         EXPECT_TRUE(driver.until([&] { return reading->has_value(); })) << "the reading does not end";
         return reading->value_or(std::nullopt);
+    }
+    [[nodiscard]] bool readMark()
+    {
+        const auto result = std::make_shared<std::optional<bool>>();
+        driver.pasteboard().isConcealed().then([result](bool isConcealed) { *result = isConcealed; });
+        EXPECT_TRUE(driver.until([&] { return result->has_value(); })) << "the reading does not end";
+        return result->value_or(false);
     }
     /// Puts a text there, in as many attempts as the platform needs to hear of what others did before.
     [[nodiscard]] bool write(const QString& text)
@@ -99,6 +108,28 @@ TEST_P(PasteboardSuite, ConcealedTextIsStillText)
     EXPECT_TRUE(driver.isConcealedElsewhere());
     EXPECT_EQ(driver.textSeenElsewhere(), sample);
     EXPECT_EQ(read(), sample);
+}
+
+TEST_P(PasteboardSuite, ASecretOfAnotherProgramIsKnownAsOne)
+{
+    driver.copySecretElsewhere();
+    EXPECT_TRUE(readMark());
+    driver.copyElsewhere(sample);
+    EXPECT_FALSE(readMark());
+}
+
+TEST_P(PasteboardSuite, ItsOwnMarkIsRead)
+{
+    ASSERT_TRUE(write(sample));
+    EXPECT_FALSE(readMark());
+    ASSERT_TRUE(driver.pasteboard().setString({}, pasteboard_type::concealed));
+    EXPECT_TRUE(readMark());
+}
+
+TEST_P(PasteboardSuite, AnOwnerThatDoesNotAnswerHasMarkedNothing)
+{
+    driver.copyInAProgramThatHangs();
+    EXPECT_FALSE(readMark());
 }
 
 TEST_P(PasteboardSuite, ClearingTakesTheTextOfAnotherProgramAway)

@@ -12,6 +12,10 @@ public:
     [[nodiscard]] Pasteboard& pasteboard() override { return pasteboard_; }
     void copyElsewhere(const QString& text) override { own(QStringLiteral("UTF8_STRING"), text); }
     void copyPictureElsewhere() override { own(QStringLiteral("image/png"), QStringLiteral("PNG")); }
+    void copySecretElsewhere() override
+    {
+        own(QStringLiteral("x-kde-passwordManagerHint"), QStringLiteral("secret"));
+    }
     void copyInAProgramThatHangs() override
     {
         own(QStringLiteral("UTF8_STRING"), QStringLiteral("never given"));

@@ -27,6 +27,10 @@ public:
             onRead();
         co_return ownerAnswers ? text() : std::nullopt;
     }
+    [[nodiscard]] QCoro::Task<bool> isConcealed() override
+    {
+        co_return ownerAnswers&& content.contains(pasteboard_type::concealed);
+    }
     void clearContents() override
     {
         takeOverFromOutside({});
@@ -46,7 +50,7 @@ public:
         const auto found = content.find(pasteboard_type::string);
         return found == content.end() ? std::nullopt : std::optional(found->second);
     }
-    [[nodiscard]] bool isConcealed() const { return content.count(pasteboard_type::concealed) == 1; }
+    [[nodiscard]] bool isMarked() const { return content.contains(pasteboard_type::concealed); }
     /// Somebody else copies `text`.
     void copyFromOutside(const QString& text) { takeOverFromOutside({{pasteboard_type::string, text}}); }
     /// Somebody else takes the clipboard over with these forms.

@@ -113,7 +113,7 @@ bool TextInjector::postCommandV()
 
 QCoro::Task<std::optional<Insertion>> TextInjector::paste(QString text, PostingGate mayPost)
 {
-    std::optional<QString> previous = co_await contentToRestore();
+    std::optional<Content> previous = co_await contentToRestore();
     if (!mayPost()) {
         const Insertion stopped{Insertion::Outcome::stopped, text};
         co_return stopped;
@@ -126,8 +126,8 @@ QCoro::Task<std::optional<Insertion>> TextInjector::paste(QString text, PostingG
     const int64_t changeCount = pasteboard_.changeCount();
     const bool isPosted = set && postCommandV();
     if (isPosted) {
-        loan_ = Loan{std::move(previous), changeCount, {}};
-        restoreTimer_ = queue_.after(restoreDelay, [this] { returnClipboard(); });
+        loan_ = Loan{std::move(previous), text, changeCount, {}};
+        restoreTimer_ = queue_.after(restoreDelay, [this] { const QCoro::Task<> ending = endLoan(); });
     }
     if (last)
         last->returned.complete({});
@@ -137,16 +137,42 @@ QCoro::Task<std::optional<Insertion>> TextInjector::paste(QString text, PostingG
     co_return inserted;
 }
 
-QCoro::Task<std::optional<QString>> TextInjector::contentToRestore()
+QCoro::Task<std::optional<TextInjector::Content>> TextInjector::contentToRestore()
 {
     // Between a paste and its restore the clipboard holds that dictation; what the user had there
     // before must not be lost to a second paste within the second.
     if (loan_ && loan_->changeCount == pasteboard_.changeCount()) {
-        std::optional<QString> lent = loan_->content;
+        std::optional<Content> lent = loan_->content;
         co_return lent;
     }
-    std::optional<QString> content = co_await pasteboard_.string();
+    const std::optional<QString> text = co_await pasteboard_.string();
+    if (!text)
+        co_return std::nullopt;
+    if (loan_ && loan_->text == *text) {
+        // A clipboard manager has taken it over.
+        std::optional<Content> lent = loan_->content;
+        co_return lent;
+    }
+    const bool isConcealed = co_await pasteboard_.isConcealed();
+    Content content{*text, isConcealed};
     co_return content;
+}
+
+/// The second is over. A clipboard manager that has taken the dictated text over meanwhile is not a user who
+/// has copied something else.
+QCoro::Task<> TextInjector::endLoan()
+{
+    const int64_t present = pasteboard_.changeCount();
+    const int64_t lent = loan_->changeCount;
+    if (present != lent) {
+        const auto life = life_.watch();
+        const std::optional<QString> text = co_await pasteboard_.string();
+        if (life.expired() || !loan_ || loan_->changeCount != lent)
+            co_return;
+        if (text == loan_->text)
+            loan_->changeCount = present;
+    }
+    returnClipboard();
 }
 
 QCoro::Task<> TextInjector::clipboardReturned()
@@ -166,7 +192,9 @@ void TextInjector::returnClipboard()
     if (pasteboard_.changeCount() == loan->changeCount) {
         pasteboard_.clearContents();
         if (loan->content)
-            pasteboard_.setString(*loan->content, pasteboard_type::string);
+            pasteboard_.setString(loan->content->text, pasteboard_type::string);
+        if (loan->content && loan->content->isConcealed)
+            pasteboard_.setString(QString(), pasteboard_type::concealed);
     }
     loan->returned.complete({});
 }

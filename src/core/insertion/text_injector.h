@@ -2,6 +2,7 @@
 
 #include "base/awaitables.h"
 #include "base/main_queue.h"
+#include "base/worker.h"
 #include "core/data/settings.h"
 #include "ports/keyboard.h"
 #include "ports/pasteboard.h"
@@ -61,9 +62,15 @@ public:
     void returnClipboard();
 
 private:
+    struct Content {
+        QString text;
+        bool isConcealed;
+    };
     /// A clipboard that was borrowed for a paste.
     struct Loan {
-        std::optional<QString> content;
+        std::optional<Content> content;
+        /// What is there instead.
+        QString text;
         int64_t changeCount;
         OneShot<Done> returned;
     };
@@ -73,7 +80,8 @@ private:
     /// Nothing when the clipboard refuses the text, or the shortcut can't be made.
     [[nodiscard]] QCoro::Task<std::optional<Insertion>> paste(QString text, PostingGate mayPost);
     [[nodiscard]] bool postCommandV();
-    [[nodiscard]] QCoro::Task<std::optional<QString>> contentToRestore();
+    [[nodiscard]] QCoro::Task<std::optional<Content>> contentToRestore();
+    [[nodiscard]] QCoro::Task<> endLoan();
 
     Keyboard& keyboard_;
     Pasteboard& pasteboard_;
@@ -81,6 +89,7 @@ private:
     bool isHurried_ = false;
     std::optional<Loan> loan_;
     std::unique_ptr<Timer> restoreTimer_;
+    Life life_;
 };
 
 } // namespace corvandi

@@ -8,7 +8,7 @@ protected:
     void focusNothingKnown() { focus.element.reset(); }
     [[nodiscard]] bool isOnTheClipboard(const QString& text) const
     {
-        return pasteboard.text() == text && pasteboard.isConcealed();
+        return pasteboard.text() == text && pasteboard.isMarked();
     }
 };
 

@@ -24,8 +24,7 @@ protected:
     [[nodiscard]] bool wasStoppedOnTheWay()
     {
         return keyboard.typed() == longText.left(20) && pasteboard.text() == longText.mid(20) &&
-               pasteboard.isConcealed() &&
-               shows(HUDState::notice, "Saved to the clipboard. Press ⌘V to paste.");
+               pasteboard.isMarked() && shows(HUDState::notice, "Saved to the clipboard. Press ⌘V to paste.");
     }
     /// Runs while the content of the clipboard is read.
     void pasteWhile(const std::function<void()>& action)

@@ -24,7 +24,7 @@ protected:
     [[nodiscard]] bool isSaved(const QString& text)
     {
         const auto& history = controller->store().history();
-        return pasteboard.text() == text && pasteboard.isConcealed() && history.size() == 1 &&
+        return pasteboard.text() == text && pasteboard.isMarked() && history.size() == 1 &&
                history.front().text == text;
     }
     void rewriteSlowly(const QString& text)

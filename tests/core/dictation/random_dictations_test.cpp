@@ -380,7 +380,7 @@ void World::check(Outcome outcome)
         return checkHistory(true);
     case Outcome::copied:
         EXPECT_TRUE(isText(typed_ + clipboard)) << typed_.toStdString() << " and " << clipboard.toStdString();
-        EXPECT_TRUE(pasteboard.isConcealed());
+        EXPECT_TRUE(pasteboard.isMarked());
         EXPECT_TRUE(pasted_.empty());
         return checkHistory(true);
     case Outcome::notCopied:

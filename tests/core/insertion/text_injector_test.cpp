@@ -253,7 +253,7 @@ TEST_F(TextInjectorTest, PastingSetsTheTextConcealedAndPostsThePasteShortcut)
 {
     EXPECT_TRUE(insert(hello, InsertionMethod::paste));
     EXPECT_EQ(pasteboard.text(), hello);
-    EXPECT_TRUE(pasteboard.isConcealed());
+    EXPECT_TRUE(pasteboard.isMarked());
     EXPECT_EQ(pasteboard.content.at(pasteboard_type::concealed), QString());
     EXPECT_TRUE(pasteShortcutWasPosted());
 }
@@ -277,7 +277,7 @@ TEST_F(TextInjectorTest, TheClipboardIsGivenBackAfterOneSecondAndNotBefore)
     EXPECT_EQ(pasteboard.text(), hello);
     queue.advance(1ms);
     EXPECT_EQ(pasteboard.text(), QStringLiteral("abc"));
-    EXPECT_FALSE(pasteboard.isConcealed());
+    EXPECT_FALSE(pasteboard.isMarked());
 }
 
 TEST_F(TextInjectorTest, WhatSomebodyCopiedWithinTheSecondStays)
@@ -288,6 +288,37 @@ TEST_F(TextInjectorTest, WhatSomebodyCopiedWithinTheSecondStays)
     pasteboard.copyFromOutside(QStringLiteral("new"));
     queue.advance(1s);
     EXPECT_EQ(pasteboard.text(), QStringLiteral("new"));
+}
+
+TEST_F(TextInjectorTest, ASecretComesBackAsASecret)
+{
+    pasteboard.takeOverFromOutside(
+        {{pasteboard_type::string, QStringLiteral("abc")}, {pasteboard_type::concealed, QString()}});
+    EXPECT_TRUE(insert(hello, InsertionMethod::paste));
+    queue.advance(1s);
+    EXPECT_EQ(pasteboard.text(), QStringLiteral("abc"));
+    EXPECT_TRUE(pasteboard.isMarked());
+}
+
+TEST_F(TextInjectorTest, AClipboardManagerThatTakesOurTextOverIsNoUserWhoCopies)
+{
+    pasteboard.copyFromOutside(QStringLiteral("abc"));
+    EXPECT_TRUE(insert(hello, InsertionMethod::paste));
+    queue.advance(500ms);
+    pasteboard.copyFromOutside(hello);
+    queue.advance(500ms);
+    EXPECT_EQ(pasteboard.text(), QStringLiteral("abc"));
+    EXPECT_TRUE(injector.clipboardReturned().isReady());
+}
+
+TEST_F(TextInjectorTest, WhatAClipboardManagerHasTakenOverIsNotWhatThePersonHad)
+{
+    pasteboard.copyFromOutside(QStringLiteral("abc"));
+    EXPECT_TRUE(insert(hello, InsertionMethod::paste));
+    pasteboard.copyFromOutside(hello);
+    EXPECT_TRUE(insert(QStringLiteral("again"), InsertionMethod::paste));
+    queue.advance(1s);
+    EXPECT_EQ(pasteboard.text(), QStringLiteral("abc"));
 }
 
 TEST_F(TextInjectorTest, AClipboardWithoutTextIsEmptyAfterwards)

@@ -61,16 +61,19 @@ constexpr size_t largestText = size_t{64} * 1024 * 1024;
 SelectionAtoms::SelectionAtoms(const XcbConnection& x)
     : clipboard(x.atom("CLIPBOARD"))
     , utf8String(x.atom("UTF8_STRING"))
+    , managerHint(x.atom("x-kde-passwordManagerHint"))
     , incr(x.atom("INCR"))
     , transfer(x.atom("CORVANDI_TRANSFER"))
 {
 }
 
 // A window for each reading: what a slow owner still sends to an earlier one goes nowhere.
-SelectionReader::SelectionReader(const XcbConnection& x, const SelectionAtoms& atoms)
+SelectionReader::SelectionReader(const XcbConnection& x, const SelectionAtoms& atoms,
+                                 std::deque<xcb_atom_t> forms)
     : x_(x)
     , atoms_(atoms)
     , window_(xcb_generate_id(x.get()))
+    , forms_(std::move(forms))
 {
     const uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_create_window(x_.get(), XCB_COPY_FROM_PARENT, window_, x_.root(), 0, 0, 1, 1, 0,
@@ -89,12 +92,17 @@ void SelectionReader::start(MainQueue& queue)
         const auto held = shared_from_this();
         giveUp();
     });
-    convertTo(atoms_.utf8String);
+    tryNextForm();
 }
 
-void SelectionReader::convertTo(xcb_atom_t target)
+void SelectionReader::tryNextForm()
 {
-    target_ = target;
+    if (forms_.empty()) {
+        finish(std::nullopt);
+        return;
+    }
+    const xcb_atom_t target = forms_.front();
+    forms_.pop_front();
     question_ =
         xcb_convert_selection(x_.get(), window_, atoms_.clipboard, target, atoms_.transfer, XCB_CURRENT_TIME)
             .sequence;
@@ -127,10 +135,8 @@ void SelectionReader::onSelectionNotify(const xcb_selection_notify_event_t& noti
         return;
     if (notice.property != XCB_ATOM_NONE)
         beginPart();
-    else if (target_ == atoms_.utf8String)
-        convertTo(XCB_ATOM_STRING);
     else
-        finish(std::nullopt);
+        tryNextForm();
 }
 
 void SelectionReader::onPropertyNotify(const xcb_property_notify_event_t& notice)

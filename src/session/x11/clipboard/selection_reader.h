@@ -8,6 +8,7 @@
 #include <QStringDecoder>
 
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <optional>
 
@@ -45,14 +46,16 @@ struct SelectionAtoms {
 
     xcb_atom_t clipboard;
     xcb_atom_t utf8String;
+    /// Password managers say "secret" in this form.
+    xcb_atom_t managerHint;
     xcb_atom_t incr;
     /// Where owners put what we have asked for.
     xcb_atom_t transfer;
 };
 
-/// Fetches the clipboard's text once from whatever program owns it: as UTF-8, else as Latin-1, whole or
-/// in parts (INCR). It only sends questions and works upon events that it is handed, so it waits for
-/// nobody. The result is nothing when the owner has no text (or an empty one, which many
+/// Fetches the clipboard's content once from whatever program owns it, as text of one of the given forms,
+/// whole or in parts (INCR). It only sends questions and works upon events that it is handed, so it waits for
+/// nobody. The result is nothing when the owner has none of the forms (or an empty one, which many
 /// programs answer instead), ends during the transfer, sends more than 64 MiB, or has not finished
 /// within 300 ms.
 ///
@@ -61,7 +64,8 @@ struct SelectionAtoms {
 /// Thread: main thread only.
 class SelectionReader : public std::enable_shared_from_this<SelectionReader> {
 public:
-    SelectionReader(const XcbConnection& x, const SelectionAtoms& atoms);
+    /// `forms` are tried in this order.
+    SelectionReader(const XcbConnection& x, const SelectionAtoms& atoms, std::deque<xcb_atom_t> forms);
     ~SelectionReader();
     SelectionReader(const SelectionReader&) = delete;
     SelectionReader& operator=(const SelectionReader&) = delete;
@@ -84,7 +88,7 @@ public:
 private:
     enum class Phase { converting, reading, awaitingPart, finished };
 
-    void convertTo(xcb_atom_t target);
+    void tryNextForm();
     void onSelectionNotify(const xcb_selection_notify_event_t& notice);
     void onPropertyNotify(const xcb_property_notify_event_t& notice);
     void beginPart();
@@ -95,7 +99,8 @@ private:
     const XcbConnection& x_;
     const SelectionAtoms& atoms_;
     xcb_window_t window_;
-    xcb_atom_t target_ = XCB_ATOM_NONE;
+    /// Not tried yet.
+    std::deque<xcb_atom_t> forms_;
     /// Number of the latest question on the connection.
     uint32_t question_ = 0;
     Phase phase_ = Phase::converting;

@@ -37,6 +37,11 @@ std::optional<QString> ClipboardContent::plainText() const
     return hasFormat(QStringLiteral("text/plain")) ? std::optional(text()) : std::nullopt;
 }
 
+bool ClipboardContent::isConcealed() const
+{
+    return hasFormat(managerHint);
+}
+
 namespace {
 
 /// Whether this window was made on Qt's connection to the server: the upper bits of its number tell.
@@ -73,9 +78,19 @@ QCoro::Task<std::optional<QString>> X11Pasteboard::string()
 {
     if (isOwner())
         co_return content_->plainText();
-    const auto reader = startReader();
+    const auto reader = startReader({atoms_.utf8String, XCB_ATOM_STRING});
     const auto result = reader->result();
     co_return co_await result;
+}
+
+QCoro::Task<bool> X11Pasteboard::isConcealed()
+{
+    if (isOwner())
+        co_return content_->isConcealed();
+    const auto reader = startReader({atoms_.managerHint});
+    const auto result = reader->result();
+    const std::optional<QString> hint = co_await result;
+    co_return hint == QLatin1String("secret");
 }
 
 void X11Pasteboard::clearContents()
@@ -109,9 +124,9 @@ bool X11Pasteboard::isOwner() const
     return owner && isQtWindow(owner->owner);
 }
 
-std::shared_ptr<SelectionReader> X11Pasteboard::startReader()
+std::shared_ptr<SelectionReader> X11Pasteboard::startReader(std::deque<xcb_atom_t> forms)
 {
-    auto reader = std::make_shared<SelectionReader>(x_, atoms_);
+    auto reader = std::make_shared<SelectionReader>(x_, atoms_, std::move(forms));
     readers_.push_back(reader);
     reader->start(queue_);
     return reader;

@@ -27,6 +27,7 @@ public:
     bool addForm(const QString& value, const QString& type);
     /// The plain text; nothing when that form is missing.
     [[nodiscard]] std::optional<QString> plainText() const;
+    [[nodiscard]] bool isConcealed() const;
 };
 
 /// The clipboard of an X11 session (the CLIPBOARD selection).
@@ -53,6 +54,7 @@ public:
     X11Pasteboard& operator=(const X11Pasteboard&) = delete;
 
     [[nodiscard]] QCoro::Task<std::optional<QString>> string() override;
+    [[nodiscard]] QCoro::Task<bool> isConcealed() override;
     void clearContents() override;
     /// False for an unknown type, when `clearContents` could not take the clipboard, and when another
     /// program has taken it since. Taking fails in the rare case that another program has copied in this
@@ -67,7 +69,7 @@ private:
     };
 
     [[nodiscard]] bool isOwner() const;
-    [[nodiscard]] std::shared_ptr<SelectionReader> startReader();
+    [[nodiscard]] std::shared_ptr<SelectionReader> startReader(std::deque<xcb_atom_t> forms);
     [[nodiscard]] std::vector<std::shared_ptr<SelectionReader>> activeReaders();
     void collectEvents();
     void work();

@@ -19,7 +19,8 @@ class WithoutWindowManagerTest : public ::testing::Test {
 protected:
     WithoutWindowManagerTest()
     {
-        terminal.start(QStringLiteral("xterm"), {QStringLiteral("-geometry"), QStringLiteral("40x10+100+100")});
+        terminal.start(QStringLiteral("xterm"),
+                       {QStringLiteral("-geometry"), QStringLiteral("40x10+100+100")});
         EXPECT_TRUE(waitUntil([this] { return shownWindow() != XCB_WINDOW_NONE; }));
     }
     ~WithoutWindowManagerTest() override
@@ -34,8 +35,8 @@ protected:
         const auto tree = x.reply(xcb_query_tree_reply, xcb_query_tree(x.get(), x.root()));
         const xcb_window_t* windows = xcb_query_tree_children(tree.get());
         for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i) {
-            const auto attributes = x.reply(xcb_get_window_attributes_reply,
-                                            xcb_get_window_attributes(x.get(), windows[i]));
+            const auto attributes =
+                x.reply(xcb_get_window_attributes_reply, xcb_get_window_attributes(x.get(), windows[i]));
             if (attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE)
                 return windows[i];
         }
