@@ -29,7 +29,7 @@ SettingsPanes::SettingsPanes(Facilities& facilities, Settings& settings, Permiss
                  *facilities.files)
     , catalog_(facilities.session->applicationDirectory(), facilities.session->workspace(), Locale::current())
     , general_({settings, facilities.languageModel, loginItem_, facilities.systemSettings, facilities.log})
-    , recorder_(settings, facilities.session->keyCapture(), facilities.queue,
+    , recorder_(settings, facilities.session->keyCapture(), facilities.queue, facilities.log,
                 [&controller] { controller.applyHotkey(); })
     , vocabulary_(controller.store())
     , history_(controller.store(),

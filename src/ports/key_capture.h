@@ -11,8 +11,11 @@ namespace corvandi {
 
 /// A key that was pressed, with the modifiers held at that moment (see modifier_flags).
 struct CapturedKey {
-    uint16_t keyCode = 0;
+    /// Nothing for a key that has no virtual key code.
+    std::optional<uint16_t> keyCode;
     uint64_t flags = 0;
+    /// The code that the window system has given it, for the log.
+    uint32_t nativeCode = 0;
 };
 
 /// Catches the next key before anybody else sees it: the window manager, this program's own hotkey, the
@@ -31,6 +34,8 @@ public:
     /// The virtual key code of a key that came by way of a window, with the code that the window system
     /// has given it. Nothing for modifiers, and for keys that have no virtual key code.
     [[nodiscard]] virtual std::optional<uint16_t> keyCode(uint32_t nativeCode) const = 0;
+    /// Whether that key is a modifier's.
+    [[nodiscard]] virtual bool isModifier(uint32_t nativeCode) const = 0;
 };
 
 } // namespace corvandi

@@ -3,6 +3,7 @@
 #include "ports/key_capture.h"
 
 #include <map>
+#include <set>
 #include <utility>
 
 namespace corvandi::testing {
@@ -14,6 +15,7 @@ public:
     /// How often it was asked for.
     int begun = 0;
     std::map<uint32_t, uint16_t> keyCodes;
+    std::set<uint32_t> modifiers;
 
     [[nodiscard]] std::unique_ptr<Registration>
     begin(std::function<void(const CapturedKey&)> captured) override
@@ -28,6 +30,11 @@ public:
     {
         const auto found = keyCodes.find(nativeCode);
         return found == keyCodes.end() ? std::nullopt : std::optional(found->second);
+    }
+
+    [[nodiscard]] bool isModifier(uint32_t nativeCode) const override
+    {
+        return modifiers.contains(nativeCode);
     }
 
     [[nodiscard]] bool isHeld() const { return captured_ != nullptr; }

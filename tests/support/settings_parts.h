@@ -32,7 +32,7 @@ struct SettingsParts {
     SettingsNavigator navigator;
     GeneralPane general{{settings, model, loginItem, systemSettings, log}};
     int hotkeysApplied = 0;
-    HotkeyRecorder recorder{settings, capture, queue, [this] { ++hotkeysApplied; }};
+    HotkeyRecorder recorder{settings, capture, queue, log, [this] { ++hotkeysApplied; }};
     PermissionsPane permissionsPane{permissions, systemSettings};
     int started = 0;
 

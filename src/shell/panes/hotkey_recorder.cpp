@@ -14,11 +14,12 @@ constexpr MainQueue::Duration longestCapture = 60s;
 
 } // namespace
 
-HotkeyRecorder::HotkeyRecorder(Settings& settings, KeyCapture& capture, MainQueue& queue,
+HotkeyRecorder::HotkeyRecorder(Settings& settings, KeyCapture& capture, MainQueue& queue, SystemLog& log,
                                std::function<void()> onChange)
     : settings_(settings)
     , capture_(capture)
     , queue_(queue)
+    , log_(log)
     , onChange_(std::move(onChange))
     , label_(settings.hotkeyDescription())
 {
@@ -42,6 +43,7 @@ void HotkeyRecorder::beginRecording()
     if (isRecording_)
         return;
     isRecording_ = true;
+    complaint_.reset();
     label_ = QCoreApplication::translate("HotkeyRecorder", "Press keys…");
     Q_EMIT changed();
 }
@@ -50,9 +52,14 @@ bool HotkeyRecorder::keyDown(const CapturedKey& key)
 {
     if (!isRecording_)
         return false;
+    if (!key.keyCode) {
+        refuse(key.nativeCode);
+        return true;
+    }
     releaseKeys();
-    store(key);
+    store(*key.keyCode, key.flags);
     isRecording_ = false;
+    complaint_.reset();
     label_ = settings_.hotkeyDescription();
     Q_EMIT changed();
     if (onChange_)
@@ -65,13 +72,24 @@ bool HotkeyRecorder::nativeKeyDown(uint32_t nativeCode, uint64_t flags)
     if (!isRecording_)
         return false;
     const auto keyCode = capture_.keyCode(nativeCode);
-    return keyCode && keyDown({*keyCode, flags});
+    if (!keyCode && !capture_.isModifier(nativeCode))
+        refuse(nativeCode);
+    return keyCode && keyDown({*keyCode, flags, nativeCode});
 }
 
-void HotkeyRecorder::store(const CapturedKey& key)
+void HotkeyRecorder::refuse(uint32_t nativeCode)
 {
-    const auto isHeld = [&key](uint64_t flag) { return (key.flags & flag) != 0; };
-    settings_.setHotkeyKeyCode(key.keyCode);
+    log_.write(
+        QStringLiteral("the key with the window system's code %1 can't be the hotkey").arg(nativeCode));
+    complaint_ =
+        QCoreApplication::translate("HotkeyRecorder", "This key can't be the hotkey. Press another one.");
+    Q_EMIT changed();
+}
+
+void HotkeyRecorder::store(uint16_t keyCode, uint64_t flags)
+{
+    const auto isHeld = [flags](uint64_t flag) { return (flags & flag) != 0; };
+    settings_.setHotkeyKeyCode(keyCode);
     settings_.setHotkeyCommand(isHeld(modifier_flags::command));
     settings_.setHotkeyOption(isHeld(modifier_flags::option));
     settings_.setHotkeyShift(isHeld(modifier_flags::shift));

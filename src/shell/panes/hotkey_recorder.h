@@ -3,17 +3,20 @@
 #include "base/main_queue.h"
 #include "core/data/settings.h"
 #include "ports/key_capture.h"
+#include "ports/system_log.h"
 
 #include <QObject>
 #include <QString>
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace corvandi {
 
 /// Sets the dictation hotkey: once armed, the next key with whatever modifiers are held becomes the hotkey.
-/// Nothing is filtered, and there is no key that cancels. Modifiers alone are not keys.
+/// Nothing is filtered, and there is no key that cancels. Modifiers alone are not keys. After a key that
+/// can't be a hotkey on this platform it says so, and goes on waiting for another one.
 ///
 /// While it is armed and its view has the focus, keys are caught before anybody else sees them, at most
 /// for a minute; when they are not (any more), they come by way of the view. It stays armed in any case
@@ -25,11 +28,15 @@ class HotkeyRecorder : public QObject {
 
 public:
     /// `onChange` runs after a hotkey has been stored.
-    HotkeyRecorder(Settings& settings, KeyCapture& capture, MainQueue& queue, std::function<void()> onChange);
+    HotkeyRecorder(Settings& settings, KeyCapture& capture, MainQueue& queue, SystemLog& log,
+                   std::function<void()> onChange);
 
     [[nodiscard]] bool isRecording() const { return isRecording_; }
     /// The hotkey, or the prompt while armed.
     [[nodiscard]] const QString& label() const { return label_; }
+
+    /// What is wrong with the key that was struck last; nothing when it has become the hotkey.
+    [[nodiscard]] const std::optional<QString>& complaint() const { return complaint_; }
 
     /// Shows the present hotkey. Leaves the prompt while armed.
     void refresh();
@@ -46,20 +53,23 @@ public:
     void focusLost();
 
 Q_SIGNALS:
-    /// The label or the recording flag.
+    /// The label, the recording flag or the complaint.
     void changed();
 
 private:
     void captureKeys();
     void releaseKeys();
-    void store(const CapturedKey& key);
+    void refuse(uint32_t nativeCode);
+    void store(uint16_t keyCode, uint64_t flags);
 
     Settings& settings_;
     KeyCapture& capture_;
     MainQueue& queue_;
+    SystemLog& log_;
     std::function<void()> onChange_;
     bool isRecording_ = false;
     QString label_;
+    std::optional<QString> complaint_;
     std::unique_ptr<Registration> captured_;
     std::unique_ptr<Timer> limit_;
 };

@@ -160,8 +160,12 @@ void GeneralPaneView::addHotkey(HotkeyRecorder& recorder)
     kit::FormSection& section = addSection();
     auto& box = kit::makeChild<RecorderView>(section, recorder);
     kit::FormRow& row = section.addRow(translated(QT_TRANSLATE_NOOP("GeneralPane", "Dictation hotkey")), box);
-    row.setCaption(
-        translated(QT_TRANSLATE_NOOP("GeneralPane", "Hold the hotkey, speak, release to insert.")));
+    const auto showCaption = [&row, &recorder] {
+        row.setCaption(recorder.complaint().value_or(
+            translated(QT_TRANSLATE_NOOP("GeneralPane", "Hold the hotkey, speak, release to insert."))));
+    };
+    connect(&recorder, &HotkeyRecorder::changed, &row, showCaption);
+    showCaption();
 }
 
 void GeneralPaneView::addText()

@@ -3,6 +3,7 @@
 #include "ports/key_codes.h"
 #include "support/fake_key_capture.h"
 #include "support/fake_user_defaults.h"
+#include "support/recording_log.h"
 #include "support/virtual_queue.h"
 
 #include <gmock/gmock.h>
@@ -27,10 +28,11 @@ protected:
     testing::FakeUserDefaults defaults;
     testing::FakeKeyCapture capture;
     testing::VirtualQueue queue;
+    testing::RecordingLog log;
     Settings settings{defaults};
     int applied = 0;
     int changes = 0;
-    HotkeyRecorder recorder{settings, capture, queue, [this] { ++applied; }};
+    HotkeyRecorder recorder{settings, capture, queue, log, [this] { ++applied; }};
 };
 
 TEST_F(HotkeyRecorderTest, ItShowsThePresentHotkey)
@@ -89,7 +91,7 @@ TEST_F(HotkeyRecorderTest, TheHotkeyIsAppliedAfterItIsStoredAndShown)
 {
     QString shown;
     int64_t stored = 0;
-    HotkeyRecorder other(settings, capture, queue, [&] {
+    HotkeyRecorder other(settings, capture, queue, log, [&] {
         shown = other.label();
         stored = settings.hotkeyKeyCode();
         EXPECT_FALSE(capture.isHeld());
@@ -220,6 +222,46 @@ TEST_F(HotkeyRecorderTest, AKeyWithoutACodeLeavesItArmed)
     EXPECT_FALSE(recorder.nativeKeyDown(180, 0));
     EXPECT_TRUE(recorder.isRecording());
     EXPECT_EQ(applied, 0);
+}
+
+TEST_F(HotkeyRecorderTest, AKeyThatCannotBeAHotkeyIsRefusedInWordsAndAnotherOneIsWaitedFor)
+{
+    recorder.beginRecording();
+    EXPECT_FALSE(recorder.complaint());
+    capture.press({std::nullopt, modifier_flags::option, 107});
+    EXPECT_EQ(recorder.complaint(), QStringLiteral("This key can't be the hotkey. Press another one."));
+    EXPECT_THAT(log.lines(), ::testing::SizeIs(1));
+    EXPECT_TRUE(log.contains(QStringLiteral("107")));
+    EXPECT_EQ(recorder.label(), prompt);
+    EXPECT_TRUE(capture.isHeld());
+    EXPECT_EQ(applied, 0);
+    EXPECT_EQ(changes, 2);
+
+    capture.press({keyD, 0});
+    EXPECT_FALSE(recorder.complaint());
+    EXPECT_EQ(recorder.label(), QStringLiteral("D"));
+}
+
+TEST_F(HotkeyRecorderTest, ArmingItAnewForgetsTheComplaint)
+{
+    recorder.beginRecording();
+    capture.press({std::nullopt, 0, 107});
+    recorder.beginRecording();
+    EXPECT_TRUE(recorder.complaint()) << "it was armed";
+    capture.press({keyD, 0});
+    recorder.beginRecording();
+    EXPECT_FALSE(recorder.complaint());
+}
+
+TEST_F(HotkeyRecorderTest, AWindowsKeyThatCannotBeAHotkeyIsRefusedInWordsUnlessItIsAModifier)
+{
+    capture.givesKeyboardAway = false;
+    capture.modifiers = {92};
+    recorder.beginRecording();
+    EXPECT_FALSE(recorder.nativeKeyDown(92, 0));
+    EXPECT_FALSE(recorder.complaint());
+    EXPECT_FALSE(recorder.nativeKeyDown(127, 0));
+    EXPECT_TRUE(recorder.complaint());
 }
 
 TEST_F(HotkeyRecorderTest, AWindowsKeyWhileItIsNotArmedTravelsOn)

@@ -50,6 +50,11 @@ TEST_F(GeneralPaneViewTest, TheControlsStandInTheirOrder)
                             QStringLiteral("Rewrite into clean sentences"), QStringLiteral("Insert text by"),
                             QStringLiteral("Save history"), QStringLiteral("Launch at login")));
     EXPECT_TRUE(shows(*view, QStringLiteral("Hold the hotkey, speak, release to insert.")));
+    parts.recorder.beginRecording();
+    parts.capture.press({std::nullopt, 0, 107});
+    EXPECT_TRUE(shows(*view, QStringLiteral("This key can't be the hotkey. Press another one.")));
+    parts.capture.press({virtual_key::space, modifier_flags::option});
+    EXPECT_TRUE(shows(*view, QStringLiteral("Hold the hotkey, speak, release to insert.")));
 }
 
 TEST_F(GeneralPaneViewTest, SwitchesAndSettingsFollowEachOther)

@@ -131,7 +131,7 @@ protected:
     TestKeyboard keyboard{TestKeyboard::Kind::hardware};
 
     X11KeyCapture capture{parts.log};
-    HotkeyRecorder recorder{parts.settings, capture, parts.queue, [] {}};
+    HotkeyRecorder recorder{parts.settings, capture, parts.queue, parts.log, [] {}};
 };
 
 TEST_F(RecorderOnX11Test, AWindowManagersChordIsRecorded)

@@ -7,6 +7,7 @@
 #include "session/x11/xcb_connection.h"
 
 #include <algorithm>
+#include <array>
 
 namespace corvandi {
 namespace {
@@ -18,9 +19,17 @@ constexpr uint32_t grabbedEvents = XCB_INPUT_XI_EVENT_MASK_KEY_PRESS | XCB_INPUT
 
 std::optional<uint16_t> capturableKey(uint32_t x11KeyCode)
 {
-    const auto key = virtualKeyCode(x11KeyCode);
-    const bool isModifier = key && (modifierOf(*key) != x11_mask::none || *key == capsLock);
-    return isModifier ? std::nullopt : key;
+    return isModifierKey(x11KeyCode) ? std::nullopt : virtualKeyCode(x11KeyCode);
+}
+
+bool isModifierKey(uint32_t x11KeyCode)
+{
+    if (const auto key = virtualKeyCode(x11KeyCode))
+        return modifierOf(*key) != x11_mask::none || *key == capsLock;
+    // What keyboard descriptions add to those that keyboards have: levels three and five, Alt, Meta, Super,
+    // Hyper.
+    constexpr std::array<uint32_t, 6> added{92, 203, 204, 205, 206, 207};
+    return std::find(added.begin(), added.end(), x11KeyCode) != added.end();
 }
 
 HeldKeyboard::HeldKeyboard(X11Connection connection, SystemLog& log, Callback captured)
@@ -114,14 +123,15 @@ void HeldKeyboard::keyPressed(const xcb_input_key_press_event_t& event)
 {
     if (event.detail < released_.size())
         released_[event.detail] = false;
-    const auto key = capturableKey(event.detail);
-    if (!key || (event.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT))
+    // The one that is played here comes here.
+    if (event.detail == neutralKey_ || isModifierKey(event.detail) ||
+        (event.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT))
         return;
     const uint64_t flags = modifierFlags(static_cast<uint8_t>(event.mods.effective | modifiers()));
     stopRepeating(event.deviceid);
     // Called on a copy: the callback may destroy this object.
     const Callback captured = captured_;
-    captured({*key, flags});
+    captured({capturableKey(event.detail), flags, event.detail});
 }
 
 void HeldKeyboard::keyReleased(uint32_t keyCode)
@@ -136,6 +146,7 @@ void HeldKeyboard::stopRepeating(uint16_t device)
     const auto keymap = readKeymap(connection_, device);
     pump_.drainSoon();
     if (const auto key = keymap ? keymap->neutralKey() : std::nullopt) {
+        neutralKey_ = key;
         fakeDeviceKey(connection_, device, *key, KeyDirection::down);
         fakeDeviceKey(connection_, device, *key, KeyDirection::up);
     }

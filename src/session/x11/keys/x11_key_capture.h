@@ -17,6 +17,9 @@ namespace corvandi {
 /// keys that have none.
 [[nodiscard]] std::optional<uint16_t> capturableKey(uint32_t x11KeyCode);
 
+/// Whether the key with the server's code is a modifier's, also one that has no virtual key code.
+[[nodiscard]] bool isModifierKey(uint32_t x11KeyCode);
+
 /// All keyboards of the session, kept for us alone until this is destroyed.
 ///
 /// While it is grabbed, a slave keyboard is cut off from its master. So the master misses what happens to
@@ -51,6 +54,7 @@ private:
     /// The keys that are down for the master keyboard, and those of them that were let go of here.
     std::bitset<256> down_;
     std::bitset<256> released_;
+    std::optional<uint8_t> neutralKey_;
     X11EventPump pump_;
 };
 
@@ -74,6 +78,7 @@ public:
     begin(std::function<void(const CapturedKey&)> captured) override;
     /// `nativeCode` is the server's key code, which Qt calls the native scan code.
     [[nodiscard]] std::optional<uint16_t> keyCode(uint32_t nativeCode) const override;
+    [[nodiscard]] bool isModifier(uint32_t nativeCode) const override { return isModifierKey(nativeCode); }
 
 private:
     SystemLog& log_;
