@@ -58,9 +58,11 @@ void selectModifierChanges(const X11Connection& connection)
 
 class X11EventTap : public EventTap, private ChordTap {
 public:
-    X11EventTap(X11Connection connection, SystemLog& log, WatchedChord& watched, Callback callback)
+    X11EventTap(X11Connection connection, SystemLog& log, std::shared_ptr<QString> lastRefusal,
+                WatchedChord& watched, Callback callback)
         : connection_(std::move(connection))
         , log_(log)
+        , lastRefusal_(std::move(lastRefusal))
         , watched_(watched)
         , callback_(std::move(callback))
         , pump_(
@@ -118,15 +120,14 @@ private:
     bool claim(const KeyChord& chord)
     {
         const auto keyCode = x11KeyCode(chord.keyCode);
-        if (!keyCode) {
-            log_.write(QStringLiteral("the hotkey %1 has no key here").arg(nameOf(chord)));
-            return false;
-        }
+        if (!keyCode)
+            return refuse(QStringLiteral("the hotkey %1 has no key here").arg(nameOf(chord)));
         watched_.chord = X11Chord{*keyCode, x11Mask(chord.requiredFlags)};
         watched_.tap = this;
         grabs_.emplace(connection_, *watched_.chord);
         switch (grabs_->claim()) {
         case ChordGrabs::Outcome::everything:
+            lastRefusal_->clear();
             return true;
         case ChordGrabs::Outcome::something:
             log_.write(QStringLiteral("another program holds a part of the hotkey %1").arg(nameOf(chord)));
@@ -135,7 +136,14 @@ private:
             break;
         }
         release();
-        log_.write(QStringLiteral("another program holds the hotkey %1").arg(nameOf(chord)));
+        return refuse(QStringLiteral("another program holds the hotkey %1").arg(nameOf(chord)));
+    }
+
+    /// The same attempt is made again and again until it succeeds.
+    bool refuse(const QString& reason)
+    {
+        if (std::exchange(*lastRefusal_, reason) != reason)
+            log_.write(reason);
         return false;
     }
 
@@ -370,6 +378,7 @@ private:
 
     X11Connection connection_;
     SystemLog& log_;
+    std::shared_ptr<QString> lastRefusal_;
     WatchedChord& watched_;
     Callback callback_;
     /// What is watched, whether the tap is on or off.
@@ -389,7 +398,8 @@ std::unique_ptr<EventTap> X11EventTapFactory::create(const KeyChord& chord, Even
     auto connection = X11Connection::open(log_);
     if (!connection)
         return nullptr;
-    auto tap = std::make_unique<X11EventTap>(std::move(*connection), log_, watched_, std::move(callback));
+    auto tap = std::make_unique<X11EventTap>(std::move(*connection), log_, lastRefusal_, watched_,
+                                             std::move(callback));
     if (!tap->watch(chord))
         return nullptr;
     return tap;

@@ -4,6 +4,10 @@
 #include "ports/system_log.h"
 #include "session/x11/keys/watched_chord.h"
 
+#include <QString>
+
+#include <memory>
+
 namespace corvandi {
 
 /// The keyboard of an X session: a chord is claimed in advance, and the tap sees that chord and the
@@ -33,12 +37,15 @@ public:
     }
 
     /// Each tap has a connection of its own. Refused without a server, without XInput 2.2, XKB or XTEST,
-    /// for a key that X can't name, and when another program holds the chord; the log says which.
+    /// for a key that X can't name, and when another program holds the chord; the log says which, once until
+    /// it is another reason or a tap was there in between.
     [[nodiscard]] std::unique_ptr<EventTap> create(const KeyChord& chord,
                                                    EventTap::Callback callback) override;
 
 private:
     SystemLog& log_;
+    /// Shared with the taps, which may be told to watch other chords.
+    std::shared_ptr<QString> lastRefusal_ = std::make_shared<QString>();
     WatchedChord& watched_;
 };
 

@@ -301,6 +301,22 @@ TEST_F(X11EventTapRefusalTest, AChordThatAProgramOfTheSameKindHoldsIsRefusedByNa
     EXPECT_TRUE(log.contains(QStringLiteral("another program holds the hotkey Option+key 49")));
 }
 
+TEST_F(X11EventTapRefusalTest, AnAttemptThatIsMadeAgainAndAgainIsLoggedOnceForEachReason)
+{
+    install();
+    const auto refusals = [this] {
+        const auto lines = log.lines();
+        return std::count_if(lines.begin(), lines.end(),
+                             [](const QString& line) { return line.contains(QStringLiteral("the hotkey")); });
+    };
+    EXPECT_EQ(create(optionSpace), nullptr);
+    EXPECT_EQ(create(optionSpace), nullptr);
+    EXPECT_EQ(refusals(), 1);
+    EXPECT_EQ(create(KeyChord{63, 0}), nullptr);
+    EXPECT_EQ(create(optionSpace), nullptr);
+    EXPECT_EQ(refusals(), 3);
+}
+
 TEST_F(X11EventTapRefusalTest, AGrabOnTheMasterKeyboardDoesNotHinder)
 {
     KeyWitness grabber;
