@@ -1,5 +1,6 @@
 #include "settings_fixture.h"
 
+#include "ports/key_codes.h"
 #include "views/kit/controls.h"
 
 namespace corvandi::testing {
