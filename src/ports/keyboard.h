@@ -52,8 +52,9 @@ public:
 
     /// A source that can type all of `text` (which may be empty: a source for shortcuts). Nothing when
     /// there is no such facility, or when it can't produce this text; nothing has been posted then.
-    /// Modifiers that are still held are let go for the receiving application's eyes, Caps Lock
-    /// included, for as long as the source lives.
+    /// Modifiers that a person holds are let go for the receiving application's eyes for the time of each
+    /// event, Caps Lock for as long as the source lives. Whatever a person's hands do meanwhile, the text of
+    /// an event arrives whole and in order.
     [[nodiscard]] virtual std::unique_ptr<KeyEventSource> createSource(const QString& text) = 0;
 
     /// Calls `callback` once, as soon as no Shift, Control, Alt, Super or AltGr is held: inside this

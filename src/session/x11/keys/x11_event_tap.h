@@ -18,6 +18,9 @@ namespace corvandi {
 /// lone tap that opens its menu, and so that the chord does not repeat; hence the application sees one
 /// key without a symbol. (A layout that uses all 248 keys leaves none for this.)
 ///
+/// While a text is typed the chord's key is claimed without its modifiers, too, since typing lets go of them
+/// for moments; struck alone, it is passed on as a stroke.
+///
 /// The claim comes before window managers and other programs that hold the same chord, survives their
 /// restart and changes of the layout, and follows keyboards that are plugged in. It is refused only
 /// when a program of the same kind has it.

@@ -30,6 +30,10 @@ enum class PasteShortcut {
 /// The paste shortcut (Command with V) is what the frontmost application takes for it; where it knows none,
 /// the event for its key can't be made.
 ///
+/// What a person's hands do meanwhile does not get into a piece of text: see `HandsOff`. What is borrowed for
+/// typing is noted on the root window, so that the next start gives it back if this program is killed: see
+/// `KeyboardLoan`.
+///
 /// It never waits for the receiving application, only for answers of the server (milliseconds). Without a
 /// server, or when it goes away, no source is made.
 class X11Keyboard : public Keyboard {

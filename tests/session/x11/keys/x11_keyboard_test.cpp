@@ -1,10 +1,12 @@
 #include "session/x11/keys/typing_fixture.h"
 
+#include "session/x11/keys/hands_off.h"
 #include "session/x11/keys/key_witness.h"
 #include "session/x11/keys/keyboard_state.h"
 #include "session/x11/keys/keymap_reader.h"
 #include "session/x11/keys/watched_chord.h"
 #include "session/x11/keys/x11_event_tap.h"
+#include "session/x11/keys/x11_key_event_source.h"
 
 #include <QElapsedTimer>
 #include <QTemporaryDir>
@@ -123,6 +125,30 @@ TEST_F(X11KeyboardTest, CapsLockIsOffWhileTypingAndOnAgainAfterwards)
     ASSERT_TRUE(state);
     EXPECT_EQ(state->locked, x11_mask::lock);
     person.strike(key::capsLock);
+}
+
+/// Keys of the one connection that may act meanwhile: those of real keyboards come at any time.
+TEST_F(X11KeyboardTest, WhatHandsDoWhileKeysArePlayedIsKeptOffAndTold)
+{
+    const auto connection = X11Connection::open(log);
+    ASSERT_TRUE(connection);
+    const auto keyboards = keyboardsOfHands(*connection, readState(*connection)->device);
+    ASSERT_FALSE(keyboards.empty());
+    {
+        HandsOff handsOff(*connection, keyboards);
+        fakeDeviceKey(*connection, keyboards.front(), key::a, KeyDirection::down);
+        fakeKey(*connection, key::b, KeyDirection::down);
+        fakeKey(*connection, key::b, KeyDirection::up);
+        fakeDeviceKey(*connection, keyboards.front(), key::a, KeyDirection::up);
+        const auto report = handsOff.end();
+        ASSERT_TRUE(report);
+        ASSERT_EQ(report->caught.size(), 2U);
+        EXPECT_EQ(report->caught[0].keyCode, key::a);
+        EXPECT_EQ(report->caught[0].direction, KeyDirection::down);
+        EXPECT_EQ(report->caught[1].direction, KeyDirection::up);
+    }
+    person.strike(key::space);
+    EXPECT_TRUE(target.comesToHold(QStringLiteral("b ")));
 }
 
 TEST_F(X11KeyboardTest, NumLockStaysAndChangesNothing)
