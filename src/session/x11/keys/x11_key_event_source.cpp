@@ -128,27 +128,30 @@ void X11KeyEventSource::settle(const HandsOff::Report& report)
     if (watched_.heldOn)
         watched_.coveredModifiers = static_cast<uint8_t>(watched_.coveredModifiers | report.state.held);
     const KeySet held = report.keysDown & modifierKeys_;
-    letGo(held_ & ~held);
+    const KeySet released = held_ & ~held;
+    letGo(released);
     press(held & ~held_);
     held_ = held;
     if (report.state.latched)
         latch(connection_, report.state.latched);
     for (const CaughtKey& key : report.caught)
         handOver(key, report.state.held);
-    letGoOfWhatHandsDont(held & report.handsDown);
+    agreeWithHands(held & report.handsDown, released);
     connection_.flush();
 }
 
-/// The person may have let go before the key was pressed again for them.
-void X11KeyEventSource::letGoOfWhatHandsDont(const KeySet& pressed)
+/// The person may have let go before a key was pressed again for them, or have pressed it again before it was
+/// let go of.
+void X11KeyEventSource::agreeWithHands(const KeySet& pressed, const KeySet& released)
 {
-    if (pressed.none())
+    if ((pressed | released).none())
         return;
-    leftDown_ |= pressed;
+    const KeySet down = keysDownOn(connection_, requestKeysDownOn(connection_, keyboards_));
+    letGo(pressed & ~down);
+    press(released & down);
+    held_ = (held_ & ~(pressed & ~down)) | (released & down);
+    leftDown_ |= pressed | (released & down);
     noteLoan();
-    const KeySet gone = pressed & ~keysDownOn(connection_, requestKeysDownOn(connection_, keyboards_));
-    letGo(gone);
-    held_ &= ~gone;
 }
 
 void X11KeyEventSource::handOver(const CaughtKey& key, uint8_t heldBefore)
@@ -160,7 +163,7 @@ void X11KeyEventSource::handOver(const CaughtKey& key, uint8_t heldBefore)
     if (modifierKeys_[key.keyCode]) {
         press(KeySet().set(key.keyCode));
         held_.set(key.keyCode);
-        return letGoOfWhatHandsDont(KeySet().set(key.keyCode));
+        return agreeWithHands(KeySet().set(key.keyCode), {});
     }
     const auto held = static_cast<uint8_t>(key.modifiers | heldBefore);
     const auto& chord = watched_.chord;

@@ -58,7 +58,7 @@ private:
     void begin();
     void end();
     void settle(const HandsOff::Report& report);
-    void letGoOfWhatHandsDont(const KeySet& pressed);
+    void agreeWithHands(const KeySet& pressed, const KeySet& released);
     void letGo(const KeySet& keys);
     void handOver(const CaughtKey& key, uint8_t heldBefore);
     void playNeutralKey();
