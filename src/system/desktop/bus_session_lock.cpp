@@ -1,5 +1,7 @@
 #include "system/desktop/bus_session_lock.h"
 
+#include "system/bus/signal_registration.h"
+
 #include <algorithm>
 #include <chrono>
 #include <utility>
@@ -67,18 +69,6 @@ bool isHinted(const QDBusMessage& answer)
 {
     return answer.arguments().value(0).value<QDBusVariant>().variant().toBool();
 }
-
-class SignalRegistration : public Registration {
-public:
-    explicit SignalRegistration(QMetaObject::Connection connection)
-        : connection_(std::move(connection))
-    {
-    }
-    ~SignalRegistration() override { QObject::disconnect(connection_); }
-
-private:
-    QMetaObject::Connection connection_;
-};
 
 } // namespace
 

@@ -1,5 +1,7 @@
 #include "system/desktop/portal_appearance.h"
 
+#include "system/bus/signal_registration.h"
+
 #include <utility>
 
 namespace corvandi {
@@ -45,18 +47,6 @@ FollowedValue::Source colorSchemeSetting()
         .question = question,
     };
 }
-
-class SignalRegistration : public Registration {
-public:
-    explicit SignalRegistration(QMetaObject::Connection connection)
-        : connection_(std::move(connection))
-    {
-    }
-    ~SignalRegistration() override { QObject::disconnect(connection_); }
-
-private:
-    QMetaObject::Connection connection_;
-};
 
 } // namespace
 
