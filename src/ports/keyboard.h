@@ -57,6 +57,9 @@ public:
     /// an event arrives whole and in order.
     [[nodiscard]] virtual std::unique_ptr<KeyEventSource> createSource(const QString& text) = 0;
 
+    /// Whether the key of any of these modifiers (`modifier_flags`) is down now; false when that can't be
+    /// told. At most a millisecond.
+    [[nodiscard]] virtual bool isAnyHeld(uint64_t flags) = 0;
     /// Calls `callback` once, as soon as no Shift, Control, Alt, Super or AltGr is held: inside this
     /// call when that is so already (or when held modifiers can't harm here). Waits without limit.
     [[nodiscard]] virtual std::unique_ptr<Registration> whenKeysAreFree(std::function<void()> callback) = 0;

@@ -15,10 +15,12 @@ public:
     {
         held_.insert(modifier);
         keyboard_.keysAreFree = false;
+        keyboard_.held |= flagOf(modifier);
     }
     void letGo(Modifier modifier) override
     {
         held_.erase(modifier);
+        keyboard_.held &= ~flagOf(modifier);
         if (held_.empty())
             keyboard_.freeKeys();
     }

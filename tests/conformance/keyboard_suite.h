@@ -15,6 +15,20 @@ public:
     enum class Modifier { shift, control, alt, super };
 
     [[nodiscard]] virtual Keyboard& keyboard() = 0;
+    [[nodiscard]] static uint64_t flagOf(Modifier modifier)
+    {
+        switch (modifier) {
+        case Modifier::shift:
+            return modifier_flags::shift;
+        case Modifier::control:
+            return modifier_flags::control;
+        case Modifier::alt:
+            return modifier_flags::option;
+        case Modifier::super:
+            return modifier_flags::command;
+        }
+        return 0;
+    }
     virtual void hold(Modifier modifier) = 0;
     virtual void letGo(Modifier modifier) = 0;
     /// Presses the Caps Lock key and lets it go.
@@ -76,6 +90,22 @@ protected:
 
     int calls = 0;
 };
+
+TEST_P(KeyboardSuite, AModifierIsKnownToBeHeldWhileItIs)
+{
+    constexpr uint64_t all =
+        modifier_flags::shift | modifier_flags::control | modifier_flags::option | modifier_flags::command;
+    for (const Modifier modifier : {Modifier::shift, Modifier::control, Modifier::alt, Modifier::super}) {
+        const uint64_t flag = KeyboardDriver::flagOf(modifier);
+        EXPECT_FALSE(driver.keyboard().isAnyHeld(all));
+        driver.hold(modifier);
+        EXPECT_TRUE(driver.until([&] { return driver.keyboard().isAnyHeld(flag); }));
+        EXPECT_TRUE(driver.keyboard().isAnyHeld(all));
+        EXPECT_FALSE(driver.keyboard().isAnyHeld(all & ~flag));
+        driver.letGo(modifier);
+        EXPECT_TRUE(driver.until([&] { return !driver.keyboard().isAnyHeld(all); }));
+    }
+}
 
 TEST_P(KeyboardSuite, ATextArrivesExactlyAndInOrder)
 {

@@ -18,6 +18,8 @@ public:
     /// How many sources hold the keyboard.
     int sources = 0;
     bool keysAreFree = true;
+    /// The modifiers that somebody has told to be down.
+    uint64_t held = 0;
     std::vector<SyntheticKeyEvent> posted;
     std::function<void()> onPost;
 
@@ -28,6 +30,7 @@ public:
         return std::make_unique<Source>(*this);
     }
 
+    [[nodiscard]] bool isAnyHeld(uint64_t flags) override { return (held & flags) != 0; }
     [[nodiscard]] std::unique_ptr<Registration> whenKeysAreFree(std::function<void()> callback) override
     {
         auto waiter = std::make_unique<Waiter>(*this);
@@ -43,6 +46,7 @@ public:
     void freeKeys()
     {
         keysAreFree = true;
+        held = 0;
         // A callback may end the waiting of others.
         while (!waiting_.empty()) {
             const auto callback = std::move(waiting_.front().second);

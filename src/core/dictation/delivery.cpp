@@ -151,7 +151,7 @@ QCoro::Task<> DictationController::deliverText(QString text, Target target, Focu
     // Before the look at the frontmost application: with Alt still held the user may be about to
     // switch to another one.
     co_await waitForFreeKeys();
-    if (ending_.stop_requested() || currentTargetBundleID() != target) {
+    if (ending_.stop_requested() || isSwitching() || currentTargetBundleID() != target) {
         fallBackToClipboard(text);
         co_return;
     }
@@ -162,6 +162,13 @@ QCoro::Task<> DictationController::deliverText(QString text, Target target, Focu
         co_return;
     }
     co_await insert(std::move(text), std::move(target));
+}
+
+/// Alt or Super that stay down hold a desktop's switcher open: letting them go commits the switch, also in
+/// the middle of a text. For a newer dictation they are the hotkey.
+bool DictationController::isSwitching() const
+{
+    return !isDictating_ && platform_.keyboard.isAnyHeld(modifier_flags::option | modifier_flags::command);
 }
 
 QCoro::Task<> DictationController::insert(QString text, Target target)

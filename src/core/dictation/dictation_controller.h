@@ -156,6 +156,7 @@ private:
     [[nodiscard]] QCoro::Task<> deliverText(QString text, Target target, FocusTarget focus);
     [[nodiscard]] QCoro::Task<> insert(QString text, Target target);
     [[nodiscard]] QCoro::Task<> waitForFreeKeys();
+    [[nodiscard]] bool isSwitching() const;
     [[nodiscard]] bool mayPost(const Target& target) const;
     void keepInHistory(const QString& text);
     void deliverPartialText(const QString& text);

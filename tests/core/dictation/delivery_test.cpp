@@ -279,6 +279,28 @@ TEST_F(DeliveryTest, ModifiersThatStayDownAreWaitedForTwoSecondsAtMost)
     EXPECT_FALSE(keyboard.isAwaited());
 }
 
+TEST_F(DeliveryTest, AltOrSuperThatStaysDownIsAnOpenSwitcherAndTheTextGoesToTheClipboard)
+{
+    for (const uint64_t flag : {modifier_flags::option, modifier_flags::command}) {
+        keyboard.keysAreFree = false;
+        keyboard.held = flag;
+        dictate(words);
+        queue.advance(2s);
+        EXPECT_TRUE(keyboard.posted.empty());
+        EXPECT_TRUE(isOnTheClipboard(words));
+        keyboard.freeKeys();
+    }
+}
+
+TEST_F(DeliveryTest, ShiftOrControlThatStaysDownIsLetGoOfForTheText)
+{
+    keyboard.keysAreFree = false;
+    keyboard.held = modifier_flags::shift | modifier_flags::control;
+    dictate(words);
+    queue.advance(2s);
+    EXPECT_EQ(keyboard.typed(), words);
+}
+
 TEST_F(DeliveryTest, TheModifiersOfANewerDictationAreNotWaitedFor)
 {
     keyboard.keysAreFree = false;

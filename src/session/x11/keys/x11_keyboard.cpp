@@ -81,6 +81,12 @@ public:
                                                    [this](const KeySet& keys) { releaseWhenFree(keys); });
     }
 
+    [[nodiscard]] bool isAnyHeld(uint64_t flags) const
+    {
+        const auto state = readState(connection_);
+        return state && (state->held & x11Mask(flags)) != 0;
+    }
+
     [[nodiscard]] std::unique_ptr<Registration> whenKeysAreFree(std::function<void()> callback)
     {
         pump_.drainSoon();
@@ -243,6 +249,11 @@ X11Keyboard::~X11Keyboard() = default;
 std::unique_ptr<KeyEventSource> X11Keyboard::createSource(const QString& text)
 {
     return session_ ? session_->createSource(text, shortcutOfFrontmost_) : nullptr;
+}
+
+bool X11Keyboard::isAnyHeld(uint64_t flags)
+{
+    return session_ && session_->isAnyHeld(flags);
 }
 
 std::unique_ptr<Registration> X11Keyboard::whenKeysAreFree(std::function<void()> callback)

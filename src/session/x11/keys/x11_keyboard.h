@@ -48,6 +48,7 @@ public:
 
     /// Shift, Control, Alt, Super and AltGr count, CapsLock and NumLock don't. Without a server the keys
     /// are free.
+    [[nodiscard]] bool isAnyHeld(uint64_t flags) override;
     [[nodiscard]] std::unique_ptr<Registration> whenKeysAreFree(std::function<void()> callback) override;
 
 private:
