@@ -7,8 +7,10 @@
 namespace corvandi {
 namespace {
 
-/// The mean over frames of voice, in dB, of recordings at a usual level; chosen by measuring word errors.
-constexpr double wantedLevel = -26;
+/// The mean over frames of voice, in dB. Engines get used to these by themselves, and a gain that changes
+/// while the level is being learned costs words at the beginning of a dictation: measured, as was the range.
+constexpr double softestUsual = -38;
+constexpr double loudestUsual = -14;
 /// Beyond that only the noise of the converter would grow.
 constexpr double strongestGain = 40;
 constexpr double strongestAttenuation = -20;
@@ -42,8 +44,9 @@ void SpeechGain::learn(std::span<const int16_t> voice)
 
 std::vector<int16_t> SpeechGain::apply(std::span<const int16_t> sound) const
 {
-    const double gain =
-        std::clamp(wantedLevel - level_.value_or(wantedLevel), strongestAttenuation, strongestGain);
+    const double level = level_.value_or(softestUsual);
+    const double gain = std::clamp(std::clamp(level, softestUsual, loudestUsual) - level,
+                                   strongestAttenuation, strongestGain);
     const double factor = std::pow(10, gain / 20);
     std::vector<int16_t> result(sound.size());
     std::transform(sound.begin(), sound.end(), result.begin(), [factor](int16_t sample) {

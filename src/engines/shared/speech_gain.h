@@ -8,8 +8,9 @@
 
 namespace corvandi {
 
-/// Brings speech to the level that recognisers do best with, whatever the microphone is set to. It follows
-/// the speaker slowly, over a second of his voice, so that loud and soft sounds keep their proportion.
+/// Brings speech that is softer or louder than usual into the range that recognisers do best with, whatever
+/// the microphone is set to, and leaves all other as it is. It follows the speaker slowly, over a second of
+/// his voice, so that loud and soft sounds keep their proportion.
 ///
 /// Keep one for all dictations: what it has learned is where the next one begins.
 ///

@@ -38,21 +38,37 @@ TEST(SpeechGain, LeavesSoundAsItIsBeforeItHasHeardAVoice)
     EXPECT_EQ(SpeechGain().level(), std::nullopt);
 }
 
-TEST(SpeechGain, BringsVoicesOfAllLevelsToTheSame)
+TEST(SpeechGain, BringsSoftVoicesToTheSoftestUsualLevel)
 {
-    for (const double level : {-10.0, -26.0, -45.0, -60.0}) {
+    for (const double level : {-39.0, -45.0, -60.0}) {
         SpeechGain gain;
         speak(gain, level, 10);
-        EXPECT_NEAR(heard(gain, level), -26, 0.5) << level;
+        EXPECT_NEAR(heard(gain, level), -38, 0.5) << level;
+    }
+}
+
+TEST(SpeechGain, BringsLoudVoicesToTheLoudestUsualLevel)
+{
+    SpeechGain gain;
+    speak(gain, -8, 10);
+    EXPECT_NEAR(heard(gain, -8), -14, 0.5);
+}
+
+TEST(SpeechGain, LeavesUsualVoicesAsTheyAre)
+{
+    for (const double level : {-37.0, -26.0, -15.0}) {
+        SpeechGain gain;
+        speak(gain, level, 10);
+        EXPECT_EQ(gain.apply(frameOf(level)), frameOf(level)) << level;
     }
 }
 
 TEST(SpeechGain, FollowsSlowlySoThatSoftSoundsStaySoft)
 {
     SpeechGain gain;
-    speak(gain, -30, 100);
-    speak(gain, -40, 5);
-    EXPECT_LT(heard(gain, -40), -34);
+    speak(gain, -45, 100);
+    speak(gain, -55, 5);
+    EXPECT_LT(heard(gain, -55), -46);
 }
 
 TEST(SpeechGain, ANewDictationFindsItsLevelWithinASecond)
@@ -61,13 +77,13 @@ TEST(SpeechGain, ANewDictationFindsItsLevelWithinASecond)
     speak(gain, -20, 500);
     gain.beginDictation();
     speak(gain, -55, 50);
-    EXPECT_NEAR(heard(gain, -55), -26, 8);
+    EXPECT_NEAR(heard(gain, -55), -38, 8);
 }
 
 TEST(SpeechGain, BeginsWhereAnEarlierOneHasEnded)
 {
     const SpeechGain gain(-50);
-    EXPECT_NEAR(heard(gain, -50), -26, 0.5);
+    EXPECT_NEAR(heard(gain, -50), -38, 0.5);
 }
 
 TEST(SpeechGain, IgnoresALevelThatNoMicrophoneCanHave)
