@@ -10,7 +10,7 @@ namespace {
 /// The mean over frames of voice, in dB. Engines get used to these by themselves, and a gain that changes
 /// while the level is being learned costs words at the beginning of a dictation: measured, as was the range.
 constexpr double softestUsual = -38;
-constexpr double loudestUsual = -14;
+constexpr double loudestUsual = -20;
 /// Beyond that only the noise of the converter would grow.
 constexpr double strongestGain = 40;
 constexpr double strongestAttenuation = -20;
