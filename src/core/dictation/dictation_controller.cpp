@@ -203,9 +203,9 @@ QCoro::Task<> DictationController::runContinuation(Self weak)
     try {
         co_await self->audio_.start();
         co_return;
-    } catch (const std::exception& error) {
+    } catch (...) {
         self->platform_.log.write(QStringLiteral("the dictation can't go on with another microphone: ") +
-                                  corvandi::describe(error));
+                                  describe(std::current_exception()));
     }
     *soundIsLost = true;
     // Now, and not only when all has been said in vain.

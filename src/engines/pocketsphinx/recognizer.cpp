@@ -12,7 +12,7 @@ namespace corvandi {
 
 namespace {
 
-/// What one gets used to by all the human recordings, at the level that the gain brings speech to.
+/// What one gets used to by all the human recordings, at a usual level.
 constexpr auto usualAdaptation = "50.32,-3.8,-1.3,5.5,0.75,-3.65,-2.98,-2.48,-5.05,-0.34,-5.85,-0.32,0.2";
 /// How much of what the dictations before have taught is forgotten at the beginning of the next one, whose
 /// speaker, microphone or distance may be another; chosen by measuring word errors over several speakers.

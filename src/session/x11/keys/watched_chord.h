@@ -48,12 +48,12 @@ struct KeyboardDevice {
     bool isFloating = false;
 };
 
-enum class Floating { not_, too };
+enum class Floating { leftOut, too };
 
 /// All slave keyboards that are plugged in now, without or with those that float. Empty when the server has
 /// gone.
 [[nodiscard]] std::vector<KeyboardDevice> slaveKeyboards(const X11Connection& connection,
-                                                         Floating floating = Floating::not_);
+                                                         Floating floating = Floating::leftOut);
 
 /// A key with the modifiers that must be held with it, in the server's terms.
 struct X11Chord {
